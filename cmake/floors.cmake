@@ -1,0 +1,36 @@
+# add_floor(NAME LOWER...): the library NAME from NAME/*.cpp (portable) and, on Windows, NAME_win
+# from NAME/*_win.cpp. A floor's portable library sees only lower portable libraries; its _win
+# library sees its own portable one and the lower _win ones.
+function(add_floor name)
+  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/${name}/*.cpp)
+  set(win_sources ${sources})
+  list(FILTER win_sources INCLUDE REGEX "_win\\.cpp$")
+  list(FILTER sources EXCLUDE REGEX "_win\\.cpp$")
+  if(sources)
+    add_library(${name} STATIC ${sources})
+    target_link_libraries(${name} PUBLIC demovex_options ${ARGN})
+  else()
+    add_library(${name} INTERFACE)
+    target_link_libraries(${name} INTERFACE demovex_options ${ARGN})
+  endif()
+  if(WIN32)
+    set(lower_win)
+    foreach(lower ${ARGN})
+      list(APPEND lower_win ${lower}_win)
+    endforeach()
+    if(win_sources)
+      add_library(${name}_win STATIC ${win_sources})
+      target_link_libraries(${name}_win PUBLIC ${name} ${lower_win})
+    else()
+      add_library(${name}_win INTERFACE)
+      target_link_libraries(${name}_win INTERFACE ${name} ${lower_win})
+    endif()
+  endif()
+endfunction()
+
+# Windows' own libraries that the _win libraries use.
+if(WIN32)
+  set(DEMOVEX_SYSTEM_LIBS comctl32 comdlg32 gdi32 user32 shell32 ole32 oleaut32 oleacc uuid winmm
+      winspool advapi32 shlwapi)
+  link_libraries()
+endif()

@@ -1,0 +1,60 @@
+// Twips and pixels: the one file where twips become pixels. A twip is 1/1440 inch, so there are 15
+// twips to the pixel at 96 dpi. Callers of the grid use twips only.
+#pragma once
+
+#include <cstdint>
+
+namespace demovex {
+
+using Twips = std::int32_t;
+
+struct TwipsPoint {
+    Twips x = 0;
+    Twips y = 0;
+    friend bool operator==(const TwipsPoint&, const TwipsPoint&) = default;
+};
+
+struct TwipsRect {
+    Twips left = 0;
+    Twips top = 0;
+    Twips width = 0;
+    Twips height = 0;
+    Twips right() const { return left + width; }
+    Twips bottom() const { return top + height; }
+    friend bool operator==(const TwipsRect&, const TwipsRect&) = default;
+};
+
+// Pixel rectangle; right and bottom are exclusive.
+struct PixelRect {
+    int left = 0;
+    int top = 0;
+    int right = 0;
+    int bottom = 0;
+    int width() const { return right - left; }
+    int height() const { return bottom - top; }
+    bool empty() const { return right <= left || bottom <= top; }
+    friend bool operator==(const PixelRect&, const PixelRect&) = default;
+};
+
+// Converts between twips and the pixels of a screen with `dpi` dots per inch.
+class Scale {
+  public:
+    explicit constexpr Scale(int dpi = 96) : dpi_(dpi) {}
+    constexpr int dpi() const { return dpi_; }
+    // Nearest pixel.
+    constexpr int ToPixels(Twips twips) const {
+        const std::int64_t scaled = std::int64_t{twips} * dpi_;
+        return static_cast<int>((scaled + (scaled >= 0 ? 720 : -720)) / 1440);
+    }
+    // Nearest twip; ToPixels(ToTwips(p)) is p for every dpi up to 1440.
+    constexpr Twips ToTwips(int pixels) const {
+        const std::int64_t scaled = std::int64_t{pixels} * 1440;
+        const int half = dpi_ / 2;
+        return static_cast<Twips>((scaled + (scaled >= 0 ? half : -half)) / dpi_);
+    }
+
+  private:
+    int dpi_;
+};
+
+}  // namespace demovex

@@ -1,0 +1,23 @@
+// Questions and messages to the user.
+#pragma once
+
+#include <string_view>
+
+namespace demovex {
+
+enum class MessageButtons { kOk, kYesNoCancel };
+enum class MessageIcon { kNone, kExclamation, kCritical };
+// Closing the box without a choice answers kCancel (kOk where there is only that button).
+enum class MessageAnswer { kOk, kYes, kNo, kCancel };
+
+class IMessageBox {
+  public:
+    virtual ~IMessageBox() = default;
+
+    // Shows a modal box owned by the basket window. An empty title means the application's own
+    // title.
+    virtual MessageAnswer Show(std::wstring_view text, std::wstring_view title,
+                               MessageButtons buttons, MessageIcon icon) = 0;
+};
+
+}  // namespace demovex

@@ -1,0 +1,51 @@
+// Text as the user's system understands it: collation, numbers, amounts, the ANSI code page.
+//
+// Everything that depends on the user's locale goes through ITextService, so that the deciding code
+// runs with any locale natively. Cell texts and quantities are read with ToNumber, shown amounts are
+// made by FormatAmount; what FormatAmount wrote, ToNumber reads back.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace demovex {
+
+class ITextService {
+  public:
+    virtual ~ITextService() = default;
+
+    // -1, 0 or 1 as `a` sorts before, equal to or after `b` in the user's locale, letter case
+    // ignored. A text sorts before a longer one that it begins.
+    virtual int CompareText(std::wstring_view a, std::wstring_view b) const = 0;
+
+    // Lower case by the system's rules (letters beyond ASCII included).
+    virtual std::wstring LowerCase(std::wstring_view text) const = 0;
+
+    // The number that `text` means in the user's locale (thousands separators accepted, blanks
+    // around it ignored). Raises 13 for anything else, the empty text included, and 6 when the
+    // number is too large for a double.
+    virtual double ToNumber(std::wstring_view text) const = 0;
+
+    // The shortest usual text of a number in the user's locale, at most 15 digits ("2,5", "1E+15").
+    virtual std::wstring FromNumber(double value) const = 0;
+
+    // "#,##0.00" in the user's locale: thousands grouping, at least one integer digit, exactly two
+    // decimals; the 15-digit decimal form is rounded half away from zero. A value that rounds to
+    // zero has no minus sign.
+    virtual std::wstring FormatAmount(double value) const = 0;
+
+    // The system's ANSI code page. A character that it cannot hold becomes "?", and `*lossy` is set
+    // to true then (never to false).
+    virtual std::string ToAnsi(std::wstring_view text, bool* lossy = nullptr) const = 0;
+    virtual std::wstring FromAnsi(std::string_view bytes) const = 0;
+};
+
+// The leading number of `text`, read leniently and independent of the locale: blanks, tabs and line
+// feeds are passed over, the decimal point is ".", reading stops at the first character that does
+// not fit; 0 when no number leads. Raises 6 when it is too large for a double.
+double LeadingNumber(std::wstring_view text);
+
+// `text` without leading and trailing blanks (U+0020 only).
+std::wstring_view TrimBlanks(std::wstring_view text) noexcept;
+
+}  // namespace demovex
