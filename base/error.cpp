@@ -12,22 +12,36 @@ Error::Error(std::int32_t number, std::wstring source, std::wstring description)
 
 std::wstring_view StandardDescription(std::int32_t number) noexcept {
     switch (number) {
-        case runtime_error::kInvalidProcedureCall: return L"Invalid procedure call or argument";
-        case runtime_error::kOverflow: return L"Overflow";
-        case runtime_error::kOutOfMemory: return L"Out of memory";
-        case runtime_error::kSubscriptOutOfRange: return L"Subscript out of range";
-        case runtime_error::kDivisionByZero: return L"Division by zero";
-        case runtime_error::kTypeMismatch: return L"Type mismatch";
-        case runtime_error::kFileNotFound: return L"File not found";
-        case runtime_error::kDeviceIoError: return L"Device I/O error";
-        case runtime_error::kDiskFull: return L"Disk full";
-        case runtime_error::kPermissionDenied: return L"Permission denied";
-        case runtime_error::kPathFileAccessError: return L"Path/File access error";
-        case runtime_error::kPathNotFound: return L"Path not found";
+        case runtime_error::kInvalidProcedureCall:
+            return L"Invalid procedure call or argument";
+        case runtime_error::kOverflow:
+            return L"Overflow";
+        case runtime_error::kOutOfMemory:
+            return L"Out of memory";
+        case runtime_error::kSubscriptOutOfRange:
+            return L"Subscript out of range";
+        case runtime_error::kDivisionByZero:
+            return L"Division by zero";
+        case runtime_error::kTypeMismatch:
+            return L"Type mismatch";
+        case runtime_error::kFileNotFound:
+            return L"File not found";
+        case runtime_error::kDeviceIoError:
+            return L"Device I/O error";
+        case runtime_error::kDiskFull:
+            return L"Disk full";
+        case runtime_error::kPermissionDenied:
+            return L"Permission denied";
+        case runtime_error::kPathFileAccessError:
+            return L"Path/File access error";
+        case runtime_error::kPathNotFound:
+            return L"Path not found";
         case runtime_error::kObjectNotSet:
             return L"Object variable or With block variable not set";
-        case runtime_error::kCannotRemoveLastRow: return L"Cannot remove last non-fixed row";
-        default: return L"Application-defined or object-defined error";
+        case runtime_error::kCannotRemoveLastRow:
+            return L"Cannot remove last non-fixed row";
+        default:
+            return L"Application-defined or object-defined error";
     }
 }
 

@@ -1,6 +1,6 @@
 // The flexible grid: text cells, a current cell and a selection, geometry, keys and mouse. It shows
-// cells and never edits. Portable: the control (flex_grid_control_win) forwards input to it, asks it
-// to paint onto a Surface, and repaints what it reports as changed.
+// cells and never edits. Portable: the control (flex_grid_control_win) forwards input to it, asks
+// it to paint onto a Surface, and repaints what it reports as changed.
 //
 // Rows and columns are numbered from 0; row 0 and column 0 are fixed (header, line numbers). All
 // lengths are twips. A row or column number out of range raises 9 and changes nothing.
@@ -13,8 +13,8 @@
 //   grid.SetTextMatrix(0, 1, L"ArtNr");
 //   grid.SetRow(1); grid.SetCol(1);      // RowColChange, selection collapsed onto (1, 1)
 //
-// Costs: reading or writing a cell O(text); AddItem and RemoveItem O(rows moved) with a constant of a
-// few bytes per row; painting and geometry O(what is visible).
+// Costs: reading or writing a cell O(text); AddItem and RemoveItem O(rows moved) with a constant of
+// a few bytes per row; painting and geometry O(what is visible).
 #pragma once
 
 #include <cstdint>
@@ -82,8 +82,8 @@ class IFlexGrid {
 
     // Pushes the rows from `index` down and leaves an empty row there; `count` rows at once.
     virtual void AddItem(std::int32_t index, std::int32_t count = 1) = 0;
-    // Removes `count` rows from `index` on and pulls the rest up; raises 30016 when no non-fixed row
-    // would be left (and removes none).
+    // Removes `count` rows from `index` on and pulls the rest up; raises 30016 when no non-fixed
+    // row would be left (and removes none).
     virtual void RemoveItem(std::int32_t index, std::int32_t count = 1) = 0;
     // Moves the `count` rows at `first` so that the first of them becomes row `to`; column 0 texts
     // stay where they are. Nothing else changes.

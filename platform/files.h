@@ -41,9 +41,9 @@ class IFileSystem {
   public:
     virtual ~IFileSystem() = default;
 
-    // True when a directory search for `path` finds anything: a file or folder with any of the usual
-    // attributes; a path with wildcards when something matches. Every error is false, and so is the
-    // empty path.
+    // True when a directory search for `path` finds anything: a file or folder with any of the
+    // usual attributes; a path with wildcards when something matches. Every error is false, and so
+    // is the empty path.
     virtual bool Exists(std::wstring_view path) const noexcept = 0;
 
     // All bytes of a file.

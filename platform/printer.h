@@ -8,8 +8,8 @@
 namespace demovex {
 
 // One print job. Coordinates and sizes are twips from the top left of the printable area. Every
-// operation raises an error when the printer refuses. A job that is destroyed before End is aborted,
-// and nothing of it is printed.
+// operation raises an error when the printer refuses. A job that is destroyed before End is
+// aborted, and nothing of it is printed.
 class IPrintJob {
   public:
     virtual ~IPrintJob() = default;

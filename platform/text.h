@@ -1,8 +1,8 @@
 // Text as the user's system understands it: collation, numbers, amounts, the ANSI code page.
 //
 // Everything that depends on the user's locale goes through ITextService, so that the deciding code
-// runs with any locale natively. Cell texts and quantities are read with ToNumber, shown amounts are
-// made by FormatAmount; what FormatAmount wrote, ToNumber reads back.
+// runs with any locale natively. Cell texts and quantities are read with ToNumber, shown amounts
+// are made by FormatAmount; what FormatAmount wrote, ToNumber reads back.
 #pragma once
 
 #include <string>

@@ -1,0 +1,103 @@
+// TestLibForm, the basket window's deciding half: it owns the rooms (rows and totals, cell editor,
+// row commands, files, sending, printing, view) and hands each event to one of them. The window
+// (basket_window_win) forwards what happens to it and shows what IBasketView is told.
+//
+// Every operation may raise an Error; the caller at the edge converts it.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "basket/basket_state.h"
+#include "basket/basket_view.h"
+#include "basket/commands.h"
+#include "basket/services.h"
+#include "containers/ims_container.h"
+#include "grid/flex_grid.h"
+
+namespace demovex {
+
+// Shift states and mouse buttons as the platform's form events number them.
+namespace shift_state {
+inline constexpr int kShift = 1;
+inline constexpr int kCtrl = 2;
+inline constexpr int kAlt = 4;
+}  // namespace shift_state
+
+class TestLibForm final : public IMSContainer, public IFlexGridEvents {
+  public:
+    // All arguments outlive the form. The grid's events must be routed to this object by the
+    // caller.
+    TestLibForm(IFlexGrid& liste, IBasketView& view, Services& services);
+    ~TestLibForm() override;
+    TestLibForm(const TestLibForm&) = delete;
+    TestLibForm& operator=(const TestLibForm&) = delete;
+
+    // The owner, set before Initialize and cleared when the window lets go of it; may be null.
+    IBasketOwner* moLibrary = nullptr;
+
+    // --- set-up, layout, unload
+    void Initialize();
+    void DoReSize();
+    void Form_Resize();
+    // True when the window stays open. After false the window destroys itself; ClientClosing has
+    // been called and moLibrary is null.
+    bool Form_Unload();
+    void SetFocusTimer_Timer();
+
+    // --- rows
+    bool AddArtikel(const std::wstring& ArtikelNr, const std::wstring& Katalog,
+                    const std::wstring& KatalogURL, bool& HasInfo, std::int32_t Menge,
+                    bool UseExternalInfoBox);
+    bool RefreshArtikel(std::int32_t row, std::int32_t Menge);
+    void InsertArtikel(std::int32_t row, std::int32_t rowcount = 0);
+    std::int32_t GetRowType(std::int32_t row) const;
+    void CommitCellEdit();
+
+    // --- files
+    void Load(const std::wstring& Path);
+    const std::wstring& Caption() const;
+    bool Modified() const;
+
+    // --- events of the controls
+    void RowColChange() override;  // Liste_RowColChange
+    void SelChange() override;
+    void Scroll() override;  // Liste_Scroll
+    void Liste_DblClick();
+    void Liste_MouseUp(int Button, int Shift, Twips X, Twips Y);
+    // A handler that uses a key sets it to 0.
+    void IPText_KeyDown(int& KeyCode, int Shift);
+    void IPText_KeyPress(int& KeyAscii);
+    void IPText_Change();
+    void IPComboButton_Click();
+    void IPComboList_KeyDown(int& KeyCode, int Shift);
+    void IPComboList_MouseMove(int Button, int Shift, Twips X, Twips Y);
+    void IPComboList_MouseUp(int Button, int Shift, Twips X, Twips Y);
+    void IPComboList_LostFocus();
+    void Toolbar_ButtonClick(std::wstring_view key);
+    // A top-level menu has been opened.
+    void MenuOpened(Command top);
+    // Runs a menu command; one without action does nothing.
+    void Run(Command command);
+
+    // The seam that marks a cell as offering a list; no cell does unless a test says so.
+    void SetOffersList(bool (*offers)(std::int32_t row, std::int32_t col));
+
+    // --- IMSContainer: the basket's rows as items, the tag is a column
+    std::int32_t Count(std::int32_t Tag) override;
+    std::int32_t EnumItems(std::int32_t Tag) override;
+    std::int32_t CompareItems(std::int32_t id1, std::int32_t id2, std::int32_t Tag) override;
+    std::int32_t Hashvalue(std::int32_t id, std::int32_t Tag) override;
+    std::int32_t HashKeyvalue(const KeyValue& Key, std::int32_t Tag) override;
+    std::int32_t CompareItem(const KeyValue& Key, std::int32_t id, std::int32_t Tag) override;
+
+    const BasketState& State() const;
+
+  private:
+    struct Rooms;
+    std::unique_ptr<Rooms> rooms_;
+};
+
+}  // namespace demovex
