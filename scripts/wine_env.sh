@@ -1,0 +1,99 @@
+# Sourced: functions that make Wine prefixes, locales and displays below build/. Nothing outside is
+# touched; no ~/.wine is made.
+#
+#   wine_prefix NAME      a prefix copied from the template (made once); exports WINEPREFIX
+#   wine_locale NAME      exports LC_ALL and LOCPATH for de_AT, de_DE or en_US
+#   start_display         a private Xvfb; exports DISPLAY, sets display_pid
+#   stop_all              ends the prefix's server and the display
+
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+wine_dir=${DEMOVEX_WINE_DIR:-$root/build/wine}
+export WINEARCH=win32 WINEDEBUG=${WINEDEBUG:--all}
+export WINEDLLOVERRIDES="mscoree,mshtml=;winemenubuilder.exe=d"
+display_pid=
+
+wine_locale() {
+  local name=$1.UTF-8 dir=$wine_dir/locale
+  (
+    mkdir -p "$dir"
+    flock 9
+    [ -d "$dir/$name" ] || localedef -i "$1" -f UTF-8 "$dir/$name" 2>/dev/null
+  ) 9> "$wine_dir/locale.lock"
+  export LOCPATH=$dir
+  export LC_ALL=$name
+}
+
+# The template: settings that make runs repeatable (see the comments beside each).
+make_template() {
+  local t=$wine_dir/template
+  rm -rf "$t" "$t.new"
+  mkdir -p "$wine_dir"
+  export WINEPREFIX=$t.new
+  # without a display only for the set-up, so that no window of it ever shows
+  DISPLAY= timeout 120 wineboot -i > "$wine_dir/template.log" 2>&1
+  cat > "$wine_dir/template.reg" <<'REG'
+REGEDIT4
+
+; windows without decorations of a window manager: exact positions, quick closing
+[HKEY_CURRENT_USER\Software\Wine\X11 Driver]
+"Managed"="N"
+
+; no sound device, so no search for one
+[HKEY_CURRENT_USER\Software\Wine\Drivers]
+"Audio"=""
+
+; a crash ends the process at once instead of waiting in a dialog
+[HKEY_CURRENT_USER\Software\Wine\WineDbg]
+"ShowCrashDialog"=dword:00000000
+[HKEY_LOCAL_MACHINE\Software\Microsoft\Windows NT\CurrentVersion\AeDebug]
+"Debugger"="false"
+
+; free fonts with the same widths as the usual ones
+[HKEY_CURRENT_USER\Software\Wine\Fonts\Replacements]
+"Times New Roman"="Liberation Serif"
+"Arial"="Liberation Sans"
+REG
+  DISPLAY= timeout 60 wine regedit /S "Z:$(echo "$wine_dir/template.reg" | tr / '\\')" \
+    >> "$wine_dir/template.log" 2>&1
+  timeout 60 wineserver -k; timeout 60 wineserver -w
+  [ -e "$t.new/system.reg" ] || { echo "wine: no prefix could be made (see build/wine/template.log)" >&2; return 1; }
+  mv "$t.new" "$t"
+}
+
+wine_prefix() {
+  local p=$wine_dir/prefix-$1
+  mkdir -p "$wine_dir"
+  (
+    flock 9
+    [ -e "$wine_dir/template/system.reg" ] || make_template
+  ) 9> "$wine_dir/template.lock" || return 1
+  if [ ! -e "$p/system.reg" ]; then
+    rm -rf "$p"
+    cp -a "$wine_dir/template" "$p"
+  fi
+  export WINEPREFIX=$p
+}
+
+start_display() {
+  local fifo
+  fifo=$(mktemp -u)
+  mkfifo "$fifo"
+  Xvfb -displayfd 3 -screen 0 "${DEMOVEX_SCREEN:-1280x1024x24}" -nolisten tcp 3> "$fifo" > /dev/null 2>&1 &
+  display_pid=$!
+  read -r -t 20 number < "$fifo"
+  rm -f "$fifo"
+  [ -n "${number:-}" ] || { echo "Xvfb did not start" >&2; return 1; }
+  export DISPLAY=:$number
+}
+
+# A persistent server and one warm-up program whose services hold no pipe of ours open.
+start_wine() {
+  timeout 60 wineserver -p > /dev/null 2>&1
+  timeout 60 wine cmd /c exit > /dev/null 2>&1 < /dev/null
+}
+
+stop_all() {
+  timeout 20 wineserver -k > /dev/null 2>&1
+  [ -n "$display_pid" ] && kill "$display_pid" > /dev/null 2>&1
+  wait > /dev/null 2>&1
+}
