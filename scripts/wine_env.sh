@@ -20,7 +20,7 @@ wine_locale() {
     [ -d "$dir/$name" ] || localedef -i "$1" -f UTF-8 "$dir/$name" 2>/dev/null
   ) 9> "$wine_dir/locale.lock"
   export LOCPATH=$dir
-  export LC_ALL=$name
+  { export LC_ALL=$name; } 2> /dev/null  # the shell itself has no use for it
 }
 
 # The template: settings that make runs repeatable (see the comments beside each).
