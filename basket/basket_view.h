@@ -85,6 +85,7 @@ class IBasketView {
 
     virtual void SetCaption(std::wstring_view caption) = 0;
     virtual void SetStatusText(std::wstring_view text) = 0;
+    virtual std::wstring StatusText() const = 0;  // what SetStatusText was last told
     virtual Twips StatusbarHeight() const = 0;
     virtual void SetToolbarVisible(bool visible) = 0;
     virtual void SetStatusbarVisible(bool visible) = 0;
@@ -103,6 +104,10 @@ class IBasketView {
     virtual void BeginProgress(std::wstring_view what) = 0;
     virtual void SetProgress(double fraction) = 0;
     virtual void EndProgress() = 0;
+
+    // For long work on the window's thread: paints at once what is due for painting in the window
+    // and its controls. It takes no input and sends no message that could start a command.
+    virtual void KeepPainted() = 0;
 
     virtual void ShowAboutBox() = 0;
 
