@@ -15,7 +15,7 @@ packages=(
   wine wine32:i386 fonts-wine fonts-liberation
   xvfb xauth openbox xdotool xclip imagemagick
   ghostscript poppler-utils locales
-  cmake ninja-build make python3
+  cmake ninja-build make python3 git
   googletest libbenchmark-dev
   clang clang-tidy clang-format libclang-rt-14-dev
   libabsl-dev libboost1.81-dev
