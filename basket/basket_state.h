@@ -24,6 +24,7 @@ struct BasketState {
     std::int32_t EditCol = 0;
     std::wstring LastValidText;  // last quantity text that read as a number
     std::wstring CurrentPath;    // file last loaded or saved; empty for a new basket
+    std::wstring Caption;        // the window's caption; written by SetBasketCaption alone
 };
 
 // Handed to every room by reference; the form owns it and outlives the rooms.

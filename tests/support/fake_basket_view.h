@@ -1,0 +1,271 @@
+// A basket window without a window: it keeps what the form tells it, behaves like the platform's
+// text box where the form relies on that (selection, maximum length for typed and pasted text, a
+// change event for a real change), and lets a test play the user.
+//
+//   FakeBasketView view;
+//   TestLibForm form(grid, view, services);
+//   view.form = &form;
+//   view.send_to_grid = [&](GridKey key) { grid.KeyDown(key, 0); };
+//   view.Type(L"4711");
+//   view.Press(FakeBasketView::kDown);  // IPText_KeyDown, then the text box's own handling
+//   view.PumpKeys();                    // what was queued for the grid arrives there
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "basket/basket_view.h"
+#include "basket/test_lib_form.h"
+
+namespace demovex {
+
+class FakeBasketView final : public IBasketView, public IEditorView {
+  public:
+    // Key codes of the platform.
+    enum Key : int {
+        kBack = 8,
+        kReturn = 13,
+        kEscape = 27,
+        kPageUp = 33,
+        kPageDown = 34,
+        kEnd = 35,
+        kHome = 36,
+        kLeft = 37,
+        kUp = 38,
+        kRight = 39,
+        kDown = 40,
+        kDelete = 46,
+        kF2 = 113,
+        kF4 = 115,
+    };
+
+    TestLibForm* form = nullptr;                // receives the events; may be null
+    std::function<void(GridKey)> send_to_grid;  // where PumpKeys delivers
+
+    // --- the window as it stands
+    TwipsRect grid_rect{0, 360, 9600, 6000};
+    Twips inner_width = 9600;
+    Twips inner_height = 6660;
+    Twips status_height = 300;
+    bool minimised = false;
+    std::wstring caption;
+    std::wstring status;
+    bool toolbar_visible = true;
+    bool statusbar_visible = true;
+    int toolbars_built = 0;
+    std::map<Command, MenuItemState> menu_states;
+    std::map<Command, std::wstring> menu_captions;
+    std::vector<TwipsPoint> popups;
+    std::deque<GridKey> grid_keys;   // queued, not yet delivered
+    std::vector<EditKey> edit_keys;  // every one ever sent
+    std::vector<double> progress;    // every fraction since the last BeginProgress
+    int progress_depth = 0;
+    int about_boxes = 0;
+    int close_requests = 0;
+    Twips twips_per_character = 100;  // MeasureGridText: bold is a tenth wider
+
+    // --- the editor as it stands
+    TwipsRect background_rect;
+    bool background_visible = false;
+    TwipsRect text_rect;
+    bool text_visible = false;
+    std::wstring text;
+    std::int32_t max_length = 0;
+    std::int32_t sel_start = 0;
+    std::int32_t sel_length = 0;
+    Twips button_width = 255;
+    TwipsRect button_rect;
+    bool button_visible = false;
+    bool button_pressed = false;
+    int button_draws = 0;
+    Twips list_height = 600;
+    TwipsPoint list_at;
+    bool list_visible = false;
+    std::vector<std::wstring> list_entries;
+    std::int32_t list_index = -1;
+    bool timer_enabled = false;
+    enum class Focus { kGrid, kText, kList, kElsewhere } focus = Focus::kGrid;
+
+    // --- the user
+    // A key in the text box. Answers whether the form left it to the text box.
+    bool Press(int key, int shift = 0) {
+        int code = key;
+        if (form != nullptr) form->IPText_KeyDown(code, shift);
+        if (code == 0) return false;
+        const auto length = static_cast<std::int32_t>(text.size());
+        switch (code) {
+            case kLeft:
+                Caret(std::max(0, sel_length > 0 ? sel_start : sel_start - 1));
+                break;
+            case kRight:
+                Caret(std::min(length, sel_length > 0 ? sel_start + sel_length : sel_start + 1));
+                break;
+            case kHome:
+                Caret(0);
+                break;
+            case kEnd:
+                Caret(length);
+                break;
+            case kBack:
+                if (sel_length == 0 && sel_start > 0) {
+                    --sel_start;
+                    sel_length = 1;
+                }
+                if (sel_length > 0) Replace(L"");
+                break;
+            case kDelete:
+                if (sel_length == 0 && sel_start < length) sel_length = 1;
+                if (sel_length > 0) Replace(L"");
+                break;
+            default:
+                break;
+        }
+        return true;
+    }
+    // Characters typed one by one; a character that a handler swallows is not entered.
+    void Type(std::wstring_view characters) {
+        for (const wchar_t character : characters) {
+            int code = character;  // the key's code does not matter for a character key
+            if (code >= L'a' && code <= L'z') code -= L'a' - L'A';
+            if (code < L'0' || code > L'Z') code = 190;
+            if (form != nullptr) form->IPText_KeyDown(code, 0);
+            int ascii = character;
+            if (form != nullptr) form->IPText_KeyPress(ascii);
+            if (ascii != 0) Replace(std::wstring(1, static_cast<wchar_t>(ascii)));
+        }
+    }
+    // Text pasted over the selection, cut to the maximum length like the text box does.
+    void Paste(std::wstring_view pasted) { Replace(pasted); }
+    // The timer's tick, when it is enabled.
+    void Tick() {
+        if (timer_enabled && form != nullptr) form->SetFocusTimer_Timer();
+    }
+    // Delivers the queued keys to the grid, including those queued meanwhile.
+    void PumpKeys() {
+        while (!grid_keys.empty()) {
+            const GridKey key = grid_keys.front();
+            grid_keys.pop_front();
+            if (send_to_grid) send_to_grid(key);
+        }
+    }
+    bool EditorOpen() const { return background_visible; }
+    bool Checked(Command item) const {
+        const auto state = menu_states.find(item);
+        return state != menu_states.end() && state->second.checked;
+    }
+
+    // --- IEditorView
+    void MoveBackground(const TwipsRect& rect) override { background_rect = rect; }
+    void ShowBackground(bool visible) override {
+        background_visible = visible;
+        if (!visible && focus == Focus::kText) focus = Focus::kGrid;
+    }
+    bool BackgroundVisible() const override { return background_visible; }
+    void MoveText(const TwipsRect& rect) override { text_rect = rect; }
+    void ShowText() override { text_visible = true; }
+    std::wstring Text() const override { return text; }
+    void SetText(std::wstring_view new_text) override {
+        if (text == new_text) return;
+        text = new_text;
+        sel_start = 0;
+        sel_length = 0;
+        if (form != nullptr) form->IPText_Change();
+    }
+    void SetMaxLength(std::int32_t length) override { max_length = length; }
+    std::int32_t SelStart() const override { return sel_start; }
+    std::int32_t SelLength() const override { return sel_length; }
+    void Select(std::int32_t start, std::int32_t length) override {
+        const auto size = static_cast<std::int32_t>(text.size());
+        sel_start = std::clamp(start, 0, size);
+        sel_length = std::clamp(length, 0, size - sel_start);
+    }
+    void FocusText() override { focus = Focus::kText; }
+    Twips ComboButtonWidth() const override { return button_width; }
+    void MoveComboButton(const TwipsRect& rect) override { button_rect = rect; }
+    void ShowComboButton(bool visible) override { button_visible = visible; }
+    bool ComboButtonVisible() const override { return button_visible && background_visible; }
+    void DrawComboButton(bool pressed) override {
+        button_pressed = pressed;
+        ++button_draws;
+    }
+    Twips ComboListHeight() const override { return list_height; }
+    void MoveComboList(Twips left, Twips top) override { list_at = {left, top}; }
+    void ShowComboList(bool visible) override { list_visible = visible; }
+    bool ComboListVisible() const override { return list_visible; }
+    std::int32_t ComboListCount() const override {
+        return static_cast<std::int32_t>(list_entries.size());
+    }
+    std::wstring ComboListText(std::int32_t index) const override {
+        return list_entries.at(static_cast<std::size_t>(index));
+    }
+    std::int32_t ComboListIndex() const override { return list_index; }
+    void SetComboListIndex(std::int32_t index) override { list_index = index; }
+    void FocusComboList() override { focus = Focus::kList; }
+    bool ComboListHasFocus() const override { return focus == Focus::kList; }
+    void EnableSetFocusTimer(bool enabled) override { timer_enabled = enabled; }
+
+    // --- IBasketView
+    IEditorView& Editor() override { return *this; }
+    void SendGridKey(GridKey key) override { grid_keys.push_back(key); }
+    void SendEditKey(EditKey key) override { edit_keys.push_back(key); }
+    TwipsPoint GridOrigin() const override { return {grid_rect.left, grid_rect.top}; }
+    void MoveGrid(const TwipsRect& rect) override { grid_rect = rect; }
+    Twips InnerWidth() const override { return inner_width; }
+    Twips InnerHeight() const override { return inner_height; }
+    bool Minimised() const override { return minimised; }
+    void SetCaption(std::wstring_view new_caption) override { caption = new_caption; }
+    void SetStatusText(std::wstring_view new_text) override { status = new_text; }
+    Twips StatusbarHeight() const override { return status_height; }
+    void SetToolbarVisible(bool visible) override { toolbar_visible = visible; }
+    void SetStatusbarVisible(bool visible) override { statusbar_visible = visible; }
+    void SetMenuState(Command item, const MenuItemState& state) override {
+        menu_states[item] = state;
+    }
+    void SetMenuCaption(Command item, std::wstring_view new_caption) override {
+        menu_captions[item] = new_caption;
+    }
+    void BuildToolbar() override { ++toolbars_built; }
+    void PopupContextMenu(const TwipsPoint& at) override { popups.push_back(at); }
+    Twips MeasureGridText(std::wstring_view measured, bool bold) override {
+        const auto width = static_cast<Twips>(measured.size()) * twips_per_character;
+        return bold ? width + width / 10 : width;
+    }
+    void BeginProgress(std::wstring_view) override {
+        ++progress_depth;
+        progress.clear();
+    }
+    void SetProgress(double fraction) override { progress.push_back(fraction); }
+    void EndProgress() override { --progress_depth; }
+    void ShowAboutBox() override { ++about_boxes; }
+    void RequestClose() override { ++close_requests; }
+
+  private:
+    void Caret(std::int32_t position) {
+        sel_start = position;
+        sel_length = 0;
+    }
+    void Replace(std::wstring_view with) {
+        std::wstring changed = text;
+        std::size_t room = with.size();
+        if (max_length > 0) {
+            const std::size_t kept = text.size() - static_cast<std::size_t>(sel_length);
+            const auto limit = static_cast<std::size_t>(max_length);
+            room = std::min(room, limit > kept ? limit - kept : 0);
+        }
+        changed.replace(static_cast<std::size_t>(sel_start), static_cast<std::size_t>(sel_length),
+                        with.substr(0, room));
+        const bool different = changed != text;
+        text = changed;
+        sel_start += static_cast<std::int32_t>(room);
+        sel_length = 0;
+        if (different && form != nullptr) form->IPText_Change();
+    }
+};
+
+}  // namespace demovex
