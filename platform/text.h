@@ -40,9 +40,12 @@ class ITextService {
     virtual std::wstring FromAnsi(std::string_view bytes) const = 0;
 };
 
-// The leading number of `text`, read leniently and independent of the locale: blanks, tabs and line
-// feeds are passed over, the decimal point is ".", reading stops at the first character that does
-// not fit; 0 when no number leads. Raises 6 when it is too large for a double.
+// The leading number of `text`, read leniently and independent of the locale. Blanks, tabs and line
+// feeds are passed over wherever they stand, also between digits ("1 234" is 1234). What is read: a
+// sign, digits with one "." as decimal point, an exponent behind e, E, d or D; or "&H" and
+// hexadecimal digits, "&O" and octal digits (as in the platform's literals "&HFFFF" is -1 and
+// "&HFFFF&" is 65535). Reading stops at the first character that does not fit; 0 when no number
+// leads. Raises 6 when it is too large for a double.
 double LeadingNumber(std::wstring_view text);
 
 // `text` without leading and trailing blanks (U+0020 only).
