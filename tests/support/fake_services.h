@@ -1,0 +1,94 @@
+// Recording fakes of the system's small services, for native tests: settings, clipboard, message
+// box, sound, shell. What a test wants to know stands in public members.
+#pragma once
+
+#include <deque>
+#include <map>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "base/error.h"
+#include "platform/clipboard.h"
+#include "platform/message_box.h"
+#include "platform/settings.h"
+#include "platform/shell.h"
+#include "platform/sound.h"
+
+namespace demovex {
+
+class FakeSettings : public ISettings {
+  public:
+    std::map<std::pair<std::wstring, std::wstring>, std::wstring> values;
+    bool refuse = false;
+
+    std::wstring Get(std::wstring_view section, std::wstring_view key,
+                     std::wstring_view fallback) const override {
+        const auto found = values.find({std::wstring(section), std::wstring(key)});
+        return found == values.end() ? std::wstring(fallback) : found->second;
+    }
+    void Set(std::wstring_view section, std::wstring_view key, std::wstring_view value) override {
+        if (refuse) RaiseRuntimeError(runtime_error::kInvalidProcedureCall);
+        values[{std::wstring(section), std::wstring(key)}] = value;
+    }
+};
+
+class FakeClipboard : public IClipboard {
+  public:
+    std::wstring text;
+    int sets = 0;
+    bool held_by_another = false;
+
+    void SetText(std::wstring_view new_text) override {
+        if (held_by_another) throw Error(521, {}, L"Can't open Clipboard");
+        text = new_text;
+        ++sets;
+    }
+};
+
+// Answers come from `answers` in order, then kOk or, where that is no choice, `otherwise`.
+class FakeMessageBox : public IMessageBox {
+  public:
+    struct Shown {
+        std::wstring text, title;
+        MessageButtons buttons;
+        MessageIcon icon;
+    };
+    std::vector<Shown> shown;
+    std::deque<MessageAnswer> answers;
+    MessageAnswer otherwise = MessageAnswer::kCancel;
+
+    MessageAnswer Show(std::wstring_view text, std::wstring_view title, MessageButtons buttons,
+                       MessageIcon icon) override {
+        shown.push_back({std::wstring(text), std::wstring(title), buttons, icon});
+        if (answers.empty()) {
+            return buttons == MessageButtons::kOk ? MessageAnswer::kOk : otherwise;
+        }
+        const MessageAnswer answer = answers.front();
+        answers.pop_front();
+        return answer;
+    }
+};
+
+class FakeSound : public ISound {
+  public:
+    std::vector<std::wstring> played;
+    int beeps = 0;
+
+    void Play(std::wstring_view path) noexcept override { played.emplace_back(path); }
+    void Beep() noexcept override { ++beeps; }
+};
+
+class FakeShell : public IShell {
+  public:
+    std::vector<std::wstring> opened;
+    int result = 42;  // 32 or less means failure
+
+    int Open(std::wstring_view address) override {
+        opened.emplace_back(address);
+        return result;
+    }
+};
+
+}  // namespace demovex

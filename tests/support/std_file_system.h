@@ -1,0 +1,199 @@
+// The file system for native tests, on the C++ library. Files are where the path says; a backslash
+// in a path also separates folders. Attributes are reduced to "read-only" (no write permission of
+// the owner, honoured also for a superuser). Also works as a Windows program.
+#pragma once
+
+#include <cerrno>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <system_error>
+
+#include "base/error.h"
+#include "platform/files.h"
+#include "tests/support/native_path.h"
+
+namespace demovex {
+
+class StdFileSystem : public IFileSystem {
+  public:
+    using Path = std::filesystem::path;
+
+    static bool IsReadOnly(const Path& path) {
+        std::error_code error;
+        const auto status = std::filesystem::status(path, error);
+        return std::filesystem::exists(status) &&
+               (status.permissions() & std::filesystem::perms::owner_write) ==
+                   std::filesystem::perms::none;
+    }
+
+    bool Exists(std::wstring_view path) const noexcept override {
+        try {
+            if (path.empty()) return false;
+            const Path p = ToNativePath(path);
+            if (path.find_first_of(L"*?") == std::wstring_view::npos) {
+                return std::filesystem::exists(p);
+            }
+            const Path folder = p.has_parent_path() ? p.parent_path() : Path(".");
+            for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+                if (Matches(FromNativePath(p.filename()), FromNativePath(entry.path().filename())))
+                    return true;
+            }
+            return false;
+        } catch (...) {
+            return false;
+        }
+    }
+
+    std::string ReadWhole(std::wstring_view path) override {
+        const Path p = ToNativePath(path);
+        RequireFile(p);
+        std::ifstream in(p, std::ios::binary);
+        if (!in) RaiseRuntimeError(runtime_error::kPathFileAccessError);
+        return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+    }
+
+    std::unique_ptr<IOutputFile> CreateNew(std::wstring_view path) override {
+        const Path p = ToNativePath(path);
+        RequireFolderOf(p);
+        if (std::filesystem::exists(p)) RaiseRuntimeError(runtime_error::kPathFileAccessError);
+        return std::make_unique<OutputFile>(p, "wb");
+    }
+
+    std::unique_ptr<IOutputFile> OpenAppend(std::wstring_view path) override {
+        const Path p = ToNativePath(path);
+        RequireFolderOf(p);
+        if (IsReadOnly(p)) RaiseRuntimeError(runtime_error::kPathFileAccessError);
+        return std::make_unique<OutputFile>(p, "ab");
+    }
+
+    void Replace(std::wstring_view replacement, std::wstring_view target) override {
+        const Path from = ToNativePath(replacement), to = ToNativePath(target);
+        RequireFile(from);
+        RequireFolderOf(to);
+        if (IsReadOnly(to) || std::filesystem::is_directory(to)) {
+            RaiseRuntimeError(runtime_error::kPathFileAccessError);
+        }
+        std::error_code error;
+        if (std::filesystem::exists(to)) {
+            std::filesystem::permissions(from, std::filesystem::status(to).permissions(), error);
+        }
+        std::filesystem::rename(from, to, error);
+        if (error) RaiseFrom(error.value());
+    }
+
+    void Delete(std::wstring_view path) override {
+        const Path p = ToNativePath(path);
+        RequireFile(p);
+        if (IsReadOnly(p)) RaiseRuntimeError(runtime_error::kPathFileAccessError);
+        std::error_code error;
+        std::filesystem::remove(p, error);
+        if (error) RaiseFrom(error.value());
+    }
+
+    std::unique_ptr<IRandomReader> OpenShared(std::wstring_view path) override {
+        const Path p = ToNativePath(path);
+        RequireFile(p);
+        return std::make_unique<Reader>(p);
+    }
+
+  private:
+    [[noreturn]] static void RaiseFrom(int code) {
+        RaiseRuntimeError(code == ENOSPC    ? runtime_error::kDiskFull
+                          : code == ENOENT  ? runtime_error::kFileNotFound
+                          : code == ENOTDIR ? runtime_error::kPathNotFound
+                          : code == EIO     ? runtime_error::kDeviceIoError
+                                            : runtime_error::kPathFileAccessError);
+    }
+
+    static void RequireFolderOf(const Path& path) {
+        std::error_code error;
+        if (path.has_parent_path() && !std::filesystem::is_directory(path.parent_path(), error)) {
+            RaiseRuntimeError(runtime_error::kPathNotFound);
+        }
+    }
+
+    static void RequireFile(const Path& path) {
+        RequireFolderOf(path);
+        std::error_code error;
+        if (path.empty() || !std::filesystem::exists(path, error)) {
+            RaiseRuntimeError(runtime_error::kFileNotFound);
+        }
+        if (std::filesystem::is_directory(path, error)) {
+            RaiseRuntimeError(runtime_error::kPathFileAccessError);
+        }
+    }
+
+    static bool Matches(std::wstring_view pattern, std::wstring_view name) {
+        if (pattern.empty()) return name.empty();
+        if (pattern[0] == L'*') {
+            return Matches(pattern.substr(1), name) ||
+                   (!name.empty() && Matches(pattern, name.substr(1)));
+        }
+        return !name.empty() && (pattern[0] == L'?' || pattern[0] == name[0]) &&
+               Matches(pattern.substr(1), name.substr(1));
+    }
+
+    class OutputFile : public IOutputFile {
+      public:
+        OutputFile(const Path& path, const char* mode) : file_(Open(path, mode)) {
+            if (!file_) RaiseFrom(errno);
+        }
+        ~OutputFile() override {
+            if (file_) std::fclose(file_);
+        }
+        OutputFile(const OutputFile&) = delete;
+        OutputFile& operator=(const OutputFile&) = delete;
+
+        void Write(std::string_view bytes) override {
+            if (std::fwrite(bytes.data(), 1, bytes.size(), file_) != bytes.size()) RaiseFrom(errno);
+        }
+        void Flush() override {
+            if (std::fflush(file_) != 0) RaiseFrom(errno);
+        }
+        void Close() override {
+            std::FILE* file = file_;
+            file_ = nullptr;
+            if (file && std::fclose(file) != 0) RaiseFrom(errno);
+        }
+
+      private:
+        static std::FILE* Open(const Path& path, const char* mode) {
+#ifdef _WIN32
+            return _wfopen(path.c_str(), std::wstring(mode, mode + 2).c_str());
+#else
+            return std::fopen(path.c_str(), mode);
+#endif
+        }
+        std::FILE* file_;
+    };
+
+    class Reader : public IRandomReader {
+      public:
+        explicit Reader(const Path& path)
+            : in_(path, std::ios::binary), size_(std::filesystem::file_size(path)) {
+            if (!in_) RaiseRuntimeError(runtime_error::kPathFileAccessError);
+        }
+        std::uint64_t Size() const override { return size_; }
+        std::string_view Read(std::uint64_t offset, std::size_t length) override {
+            buffer_.resize(length);
+            in_.clear();
+            in_.seekg(static_cast<std::streamoff>(offset));
+            in_.read(buffer_.data(), static_cast<std::streamsize>(length));
+            if (static_cast<std::size_t>(in_.gcount()) != length) {
+                RaiseRuntimeError(runtime_error::kDeviceIoError);
+            }
+            return buffer_;
+        }
+
+      private:
+        std::ifstream in_;
+        std::uint64_t size_;
+        std::string buffer_;
+    };
+};
+
+}  // namespace demovex
