@@ -45,6 +45,7 @@ struct FakePrinter : IPrinter {
 
     std::int32_t page_width = 11424;
     std::int32_t page_height = 16358;
+    std::int32_t extra_height = 0;  // added to the height of every text
     int installed = 1;
     std::wstring narrow = L"il.,";
     int fail_at = 0;
@@ -110,7 +111,7 @@ struct FakePrinter : IPrinter {
         }
         std::int32_t TextHeight(std::wstring_view) override {
             printer_.Operation();
-            return points_ * 20;
+            return points_ * 20 + printer_.extra_height;
         }
         void Text(std::int32_t x, std::int32_t y, std::wstring_view text) override {
             printer_.Operation();
