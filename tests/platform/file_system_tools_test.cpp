@@ -1,0 +1,379 @@
+#include "platform/file_system_tools.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+
+#include "base/error.h"
+#include "tests/support/memory_files.h"
+
+namespace demovex {
+namespace {
+
+using std::chrono::milliseconds;
+
+// Western European characters as single bytes; the rest of ITextService is not used here.
+class LatinText final : public ITextService {
+  public:
+    int CompareText(std::wstring_view, std::wstring_view) const override { RaiseRuntimeError(5); }
+    double ToNumber(std::wstring_view) const override { RaiseRuntimeError(5); }
+    std::wstring FromNumber(double) const override { RaiseRuntimeError(5); }
+    std::wstring FormatAmount(double) const override { RaiseRuntimeError(5); }
+    std::wstring LowerCase(std::wstring_view text) const override {
+        std::wstring lower(text);
+        for (wchar_t& c : lower) {
+            if (c >= L'A' && c <= L'Z') c = static_cast<wchar_t>(c + 32);
+        }
+        return lower;
+    }
+    std::string ToAnsi(std::wstring_view text, bool* lossy) const override {
+        std::string bytes;
+        for (const wchar_t c : text) {
+            if (c < 256) {
+                bytes += static_cast<char>(static_cast<unsigned char>(c));
+            } else {
+                bytes += '?';
+                if (lossy != nullptr) *lossy = true;
+            }
+        }
+        return bytes;
+    }
+    std::wstring FromAnsi(std::string_view bytes) const override {
+        std::wstring text;
+        for (const char c : bytes) text += static_cast<wchar_t>(static_cast<unsigned char>(c));
+        return text;
+    }
+};
+
+class FakeClock final : public IRetryClock {
+  public:
+    milliseconds Now() override { return now; }
+    void Wait(milliseconds duration) override {
+        now += duration;
+        ++waits;
+    }
+    milliseconds now{0};
+    int waits = 0;
+};
+
+const std::wstring kTarget = L"C:\\B\\a.bsk";
+
+class SaveFileTest : public testing::Test {
+  protected:
+    SaveFileTest() { files.AddFolder(L"C:\\B"); }
+
+    void Save(std::wstring_view content) {
+        SaveFile(files, text, kTarget, content, {.clock = &clock});
+    }
+    // The number of the error that a save ends with, 0 for none.
+    std::int32_t SaveError(std::wstring_view content, const std::wstring& path = kTarget) {
+        try {
+            SaveFile(files, text, path, content, {.clock = &clock});
+            return 0;
+        } catch (const Error& error) {
+            return error.number();
+        }
+    }
+    bool OnlyTarget() const { return files.FileCount() == 1 && files.Has(kTarget); }
+
+    MemoryFiles files;
+    LatinText text;
+    FakeClock clock;
+};
+
+TEST(FileNames, TheNameIsWhatFollowsTheLastSeparatorOfEitherKind) {
+    EXPECT_EQ(GetFileName(L"C:\\a/b\\c.bsk"), L"c.bsk");
+    EXPECT_EQ(GetFileName(L"C:\\a\\b/c.bsk"), L"c.bsk");
+    EXPECT_EQ(GetFileName(L"c.bsk"), L"c.bsk");
+    EXPECT_EQ(GetFileName(L"C:\\a\\"), L"");
+    EXPECT_EQ(GetFileName(L""), L"");
+}
+
+TEST(FileNames, TheFolderIsWhatStandsBeforeTheLastSeparator) {
+    EXPECT_EQ(GetFolderName(L"C:\\a/b\\c.bsk"), L"C:\\a/b");
+    EXPECT_EQ(GetFolderName(L"c.bsk"), L"");
+    EXPECT_EQ(GetFolderName(L"\\c.bsk"), L"");
+    EXPECT_EQ(GetFolderName(L"C:\\a\\"), L"C:\\a");
+    EXPECT_EQ(GetFolderName(L""), L"");
+}
+
+TEST_F(SaveFileTest, AFolderExistsAndTheEmptyPathDoesNot) {
+    files.Put(kTarget, "x");
+    EXPECT_TRUE(FileExists(files, kTarget));
+    EXPECT_TRUE(FileExists(files, L"C:\\B"));
+    EXPECT_FALSE(FileExists(files, L""));
+    EXPECT_FALSE(FileExists(files, L"C:\\B\\none.bsk"));
+}
+
+TEST_F(SaveFileTest, LoadingReadsTheWholeFileAsAnsiText) {
+    files.Put(kTarget, std::string("a\0\xE4\r\n", 5));
+    EXPECT_EQ(LoadFile(files, text, kTarget), std::wstring(L"a\0\u00E4\r\n", 5));
+    files.Put(kTarget, "");
+    EXPECT_EQ(LoadFile(files, text, kTarget), L"");
+}
+
+TEST_F(SaveFileTest, LoadingAMissingFileNamesItInTheError) {
+    try {
+        LoadFile(files, text, L"C:\\B\\none.bsk");
+        FAIL() << "no error";
+    } catch (const Error& error) {
+        EXPECT_EQ(error.number(), -1);
+        EXPECT_EQ(error.source(), L"LoadFile");
+        EXPECT_EQ(error.description(), L"File 'C:\\B\\none.bsk' not found");
+    }
+}
+
+TEST_F(SaveFileTest, OtherErrorsOfReadingComeUnchanged) {
+    files.Put(kTarget, "x");
+    files.FailAt(1, 57);
+    try {
+        LoadFile(files, text, kTarget);
+        FAIL() << "no error";
+    } catch (const Error& error) {
+        EXPECT_EQ(error.number(), 57);
+        EXPECT_EQ(error.description(), L"Device I/O error");
+    }
+}
+
+TEST_F(SaveFileTest, AShorterContentLeavesNothingOfTheOldFile) {
+    files.Put(kTarget, std::string(100, 'x'));
+    Save(L"0123456789");
+    EXPECT_EQ(files.At(kTarget).bytes, "0123456789");
+    EXPECT_TRUE(OnlyTarget());
+}
+
+TEST_F(SaveFileTest, ANewFileIsCreatedAlsoAnEmptyOne) {
+    Save(L"");
+    EXPECT_EQ(files.At(kTarget).bytes, "");
+    EXPECT_TRUE(OnlyTarget());
+}
+
+TEST_F(SaveFileTest, TheNewContentIsOnTheDiskBeforeItTakesTheTargetsPlace) {
+    files.Put(kTarget, "old");
+    Save(L"new");
+    EXPECT_EQ(files.Operations(),
+              (std::vector<std::string>{"CreateNew", "Write", "Flush", "Close", "Replace"}));
+}
+
+TEST_F(SaveFileTest, TheTargetsAttributesSurvive) {
+    files.Put(kTarget, "old");
+    files.At(kTarget).hidden = true;
+    Save(L"new");
+    EXPECT_TRUE(files.At(kTarget).hidden);
+}
+
+TEST_F(SaveFileTest, AReadOnlyTargetIsRefusedAndKept) {
+    files.Put(kTarget, "old");
+    files.At(kTarget).read_only = true;
+    EXPECT_EQ(SaveError(L"new"), 75);
+    EXPECT_EQ(files.At(kTarget).bytes, "old");
+    EXPECT_TRUE(OnlyTarget());
+    EXPECT_EQ(clock.waits, 0);
+}
+
+TEST_F(SaveFileTest, AMissingFolderAndAPathWithoutNameAreRefused) {
+    EXPECT_EQ(SaveError(L"x", L"C:\\none\\a.bsk"), 76);
+    EXPECT_EQ(SaveError(L"x", L""), 75);
+    EXPECT_EQ(SaveError(L"x", L"C:\\B\\"), 75);
+    EXPECT_EQ(files.FileCount(), 0u);
+}
+
+TEST_F(SaveFileTest, AFolderInTheTargetsPlaceIsRefused) {
+    files.AddFolder(L"C:\\B\\sub.bsk");
+    EXPECT_EQ(SaveError(L"x", L"C:\\B\\sub.bsk"), 75);
+    EXPECT_EQ(files.FileCount(), 0u);
+}
+
+TEST_F(SaveFileTest, ReplacedCharactersAreReportedAfterSuccessOnly) {
+    bool lossy = false;
+    SaveFile(files, text, kTarget, L"a\u20ACb", {.lossy = &lossy, .clock = &clock});
+    EXPECT_TRUE(lossy);
+    EXPECT_EQ(files.At(kTarget).bytes, "a?b");
+
+    lossy = false;
+    SaveFile(files, text, kTarget, L"\u00E4", {.lossy = &lossy, .clock = &clock});
+    EXPECT_FALSE(lossy);
+
+    files.FailAt(2, 61);
+    EXPECT_THROW(SaveFile(files, text, kTarget, L"\u20AC", {.lossy = &lossy, .clock = &clock}),
+                 Error);
+    EXPECT_FALSE(lossy);
+}
+
+TEST_F(SaveFileTest, ALongContentIsWrittenInBlocksAndTellsItsProgress) {
+    const std::wstring content(kSaveBlock * 2 + 5, L'x');
+    std::vector<double> told;
+    SaveFile(files, text, kTarget, content,
+             {.progress = [&](double done) { told.push_back(done); }, .clock = &clock});
+    EXPECT_EQ(std::ranges::count(files.Operations(), "Write"), 3);
+    ASSERT_EQ(told.size(), 3u);
+    EXPECT_LT(told[0], told[1]);
+    EXPECT_EQ(told[2], 1.0);
+    EXPECT_EQ(files.At(kTarget).bytes, std::string(content.size(), 'x'));
+}
+
+TEST_F(SaveFileTest, AnErrorInTheProgressIsAnErrorOfTheSave) {
+    files.Put(kTarget, "old");
+    EXPECT_THROW(SaveFile(files, text, kTarget, L"new",
+                          {.progress = [](double) { RaiseRuntimeError(7); }, .clock = &clock}),
+                 Error);
+    EXPECT_EQ(files.At(kTarget).bytes, "old");
+    EXPECT_TRUE(OnlyTarget());
+}
+
+TEST_F(SaveFileTest, ATargetHeldForAMomentIsReplacedWhenItIsFree) {
+    files.Put(kTarget, "old");
+    files.HoldOpen(kTarget, [&] { return clock.now < milliseconds(1900); });
+    EXPECT_EQ(SaveError(L"new"), 0);
+    EXPECT_EQ(files.At(kTarget).bytes, "new");
+    EXPECT_TRUE(OnlyTarget());
+    EXPECT_GE(clock.now, milliseconds(1900));
+}
+
+TEST_F(SaveFileTest, ATargetHeldForLongEndsTheSaveAfterTwoSeconds) {
+    files.Put(kTarget, "old");
+    files.HoldOpen(kTarget, [] { return true; });
+    EXPECT_EQ(SaveError(L"new"), 70);
+    EXPECT_EQ(files.At(kTarget).bytes, "old");
+    EXPECT_TRUE(OnlyTarget());
+    EXPECT_GE(clock.now, kSaveRetryTime);
+    EXPECT_LT(clock.now, kSaveRetryTime + 2 * kSaveRetryPause);
+}
+
+// The temporary file is held for 1.5 s, then the target for good.
+TEST_F(SaveFileTest, AllRetriesOfASaveShareOneAllowance) {
+    class TwoHolds final : public IRetryClock {
+      public:
+        TwoHolds(MemoryFiles& disk, FakeClock& inner) : disk_(disk), inner_(inner) {}
+        milliseconds Now() override { return inner_.Now(); }
+        void Wait(milliseconds duration) override {
+            inner_.Wait(duration);
+            if (inner_.now >= milliseconds(1500)) disk_.HoldOpen(kTarget, [] { return true; });
+        }
+
+      private:
+        MemoryFiles& disk_;
+        FakeClock& inner_;
+    } both(files, clock);
+    files.Put(kTarget, "old");
+    files.HoldOpen(TemporaryName(text, kTarget), [] { return true; });
+    EXPECT_THROW(SaveFile(files, text, kTarget, L"new", {.clock = &both}), Error);
+    EXPECT_EQ(std::ranges::count(files.Operations(), "Write"), 1);
+    EXPECT_LT(clock.now, kSaveRetryTime + 2 * kSaveRetryPause);
+    EXPECT_EQ(files.At(kTarget).bytes, "old");
+}
+
+TEST_F(SaveFileTest, WhatAnEndedSaveLeftIsRemovedByTheNextToTheSameTarget) {
+    files.Put(kTarget, "old");
+    files.Put(TemporaryName(text, kTarget), "half of a bas");
+    Save(L"new");
+    EXPECT_EQ(files.At(kTarget).bytes, "new");
+    EXPECT_TRUE(OnlyTarget());
+}
+
+TEST_F(SaveFileTest, TheTargetsLetterCaseDoesNotMatterForTheTemporaryName) {
+    EXPECT_EQ(TemporaryName(text, L"C:\\B\\A.BSK"), TemporaryName(text, L"C:\\B\\a.bsk"));
+    EXPECT_NE(TemporaryName(text, L"C:\\B\\b.bsk"), TemporaryName(text, L"C:\\B\\a.bsk"));
+}
+
+TEST_F(SaveFileTest, TheTemporaryStandsInTheTargetsFolderUnderAShortName) {
+    const std::wstring name = TemporaryName(text, kTarget);
+    EXPECT_EQ(GetFolderName(name), L"C:\\B");
+    EXPECT_EQ(GetFileName(name).size(), 12u);
+    EXPECT_EQ(GetFileName(name).front(), L'~');
+    EXPECT_TRUE(name.ends_with(L".dvx"));
+    EXPECT_EQ(TemporaryName(text, L"a.bsk").size(), 12u);
+    EXPECT_EQ(TemporaryName(text, L"C:a.bsk").substr(0, 3), L"C:~");
+    EXPECT_TRUE(TemporaryName(text, L"C:\\B\\~1234567.DVX").ends_with(L".dvy"));
+}
+
+TEST_F(SaveFileTest, OtherFilesOfTheFolderAreNeverTouched) {
+    files.Put(L"C:\\B\\a.bsk.tmp", "user's");
+    files.Put(L"C:\\B\\~a.bsk", "user's");
+    files.Put(L"C:\\B\\~AAAAAAA.dvx", "of another basket");
+    Save(L"new");
+    EXPECT_EQ(files.FileCount(), 4u);
+    EXPECT_EQ(files.At(L"C:\\B\\~AAAAAAA.dvx").bytes, "of another basket");
+}
+
+TEST_F(SaveFileTest, ASaveThatIsStillRunningElsewhereIsWaitedForAndNotDisturbed) {
+    files.Put(kTarget, "old");
+    const auto other = files.CreateNew(TemporaryName(text, kTarget));
+    other->Write("theirs");
+    EXPECT_EQ(SaveError(L"new"), 70);
+    EXPECT_EQ(files.At(TemporaryName(text, kTarget)).bytes, "theirs");
+    EXPECT_EQ(files.At(kTarget).bytes, "old");
+}
+
+// Each operation of a save fails with each error, once or from then on, over an old file or without
+// one, with or without something left by an ended save: old or new, never anything else; and the
+// next save leaves the target alone in its folder.
+TEST_F(SaveFileTest, AnyOperationFailingLeavesTheOldOrTheNewFile) {
+    const std::wstring content(kSaveBlock * 2 + 7, L'n');
+    const std::string fresh(content.size(), 'n');
+    int points = 0;
+    int recovered = 0;
+
+    // Returns false when a save has fewer than `n` operations.
+    const auto run = [&](bool had_old, bool had_leftover, std::int32_t number, std::size_t times,
+                         std::size_t n) {
+        MemoryFiles disk;
+        FakeClock time;
+        disk.AddFolder(L"C:\\B");
+        if (had_old) disk.Put(kTarget, "old");
+        if (had_leftover) disk.Put(TemporaryName(text, kTarget), "left");
+        disk.FailAt(n, number, times);
+        std::int32_t raised = 0;
+        try {
+            SaveFile(disk, text, kTarget, content, {.clock = &time});
+        } catch (const Error& error) {
+            raised = error.number();
+        }
+        if (raised == 0 && disk.FailurePending()) return false;
+        disk.FailNever();
+        ++points;
+        if (raised == 0) {
+            ++recovered;
+            EXPECT_EQ(disk.At(kTarget).bytes, fresh);
+        } else if (had_old) {
+            EXPECT_EQ(disk.At(kTarget).bytes, "old");
+        } else {
+            EXPECT_FALSE(disk.Has(kTarget));
+        }
+        const std::string failed = disk.Operations()[n - 1];
+        const bool repeatable = failed == "CreateNew" || failed == "Delete" || failed == "Replace";
+        if (number == 70 && times == 1) {
+            EXPECT_EQ(raised, repeatable ? 0 : 70) << failed;
+        }
+        if (number == 61) {
+            EXPECT_EQ(raised, 61) << failed;
+        }
+
+        SaveFile(disk, text, kTarget, L"later", {.clock = &time});
+        EXPECT_EQ(disk.At(kTarget).bytes, "later");
+        EXPECT_EQ(disk.FileCount(), 1u);
+        return true;
+    };
+
+    for (const bool had_old : {true, false}) {
+        for (const bool had_leftover : {true, false}) {
+            for (const std::int32_t number : {61, 75, 70, 76, 57}) {
+                for (const std::size_t times : {std::size_t{1}, std::size_t{1000}}) {
+                    for (std::size_t n = 1; run(had_old, had_leftover, number, times, n); ++n) {
+                        ASSERT_FALSE(HasFailure())
+                            << "operation " << n << " with " << number << ", " << times << " times";
+                    }
+                }
+            }
+        }
+    }
+    EXPECT_GT(recovered, 0);
+    EXPECT_GT(points, 250);
+    std::printf("save under faults: %d points covered, %d recovered by trying again\n", points,
+                recovered);
+}
+
+}  // namespace
+}  // namespace demovex

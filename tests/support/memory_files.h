@@ -1,0 +1,174 @@
+// A disk in memory for tests: Windows' rules for open and read-only files, every operation counted,
+// and chosen operations failing with chosen errors.
+//
+//   MemoryFiles files;
+//   files.AddFolder(L"C:\\B");
+//   files.Put(L"C:\\B\\a.bsk", "old");
+//   files.FailAt(3, 61);          // the third operation from now on fails once with "disk full"
+#pragma once
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "base/error.h"
+#include "platform/files.h"
+
+namespace demovex {
+
+class MemoryFiles final : public IFileSystem {
+  public:
+    struct File {
+        std::string bytes;
+        bool read_only = false;
+        bool hidden = false;
+        int open = 0;
+    };
+
+    // --- what tests set up and look at
+    void AddFolder(std::wstring path) { folders_.insert(std::move(path)); }
+    void Put(const std::wstring& path, std::string bytes) { files_[path].bytes = std::move(bytes); }
+    File& At(const std::wstring& path) { return files_.at(path); }
+    bool Has(const std::wstring& path) const { return files_.contains(path); }
+    std::size_t FileCount() const { return files_.size(); }
+    const std::vector<std::string>& Operations() const { return operations_; }
+    void ClearOperations() { operations_.clear(); }
+
+    // Operation `n` (1-based, counted from now) raises `number`, and so do the `times` - 1
+    // operations after it. A failing write leaves half of its bytes behind, as a full disk does.
+    void FailAt(std::size_t n, std::int32_t number, std::size_t times = 1) {
+        countdown_ = n;
+        fail_number_ = number;
+        fail_times_ = times;
+    }
+    void FailNever() { countdown_ = 0; }
+    // True when a failure that was asked for has not happened.
+    bool FailurePending() const { return countdown_ != 0; }
+    // Every operation on `path` raises 70 while the callback says so.
+    void HoldOpen(std::wstring path, std::function<bool()> held) {
+        held_path_ = std::move(path);
+        held_ = std::move(held);
+    }
+
+    // --- IFileSystem
+    bool Exists(std::wstring_view path) const noexcept override {
+        return files_.contains(std::wstring(path)) || folders_.contains(std::wstring(path));
+    }
+
+    std::string ReadWhole(std::wstring_view path) override {
+        Step("ReadWhole", path);
+        const auto file = files_.find(std::wstring(path));
+        if (file == files_.end()) RaiseRuntimeError(Exists(path) ? 75 : 53);
+        return file->second.bytes;
+    }
+
+    std::unique_ptr<IOutputFile> CreateNew(std::wstring_view path) override {
+        Step("CreateNew", path);
+        NeedFolder(path);
+        if (Exists(path)) RaiseRuntimeError(75);
+        return std::make_unique<Output>(*this, std::wstring(path));
+    }
+
+    std::unique_ptr<IOutputFile> OpenAppend(std::wstring_view path) override {
+        Step("OpenAppend", path);
+        NeedFolder(path);
+        const auto file = files_.find(std::wstring(path));
+        if (file != files_.end() && file->second.read_only) RaiseRuntimeError(75);
+        return std::make_unique<Output>(*this, std::wstring(path));
+    }
+
+    void Replace(std::wstring_view replacement, std::wstring_view target) override {
+        Step("Replace", target);
+        NeedFolder(target);
+        const auto from = files_.find(std::wstring(replacement));
+        if (from == files_.end()) RaiseRuntimeError(53);
+        if (folders_.contains(std::wstring(target))) RaiseRuntimeError(75);
+        const auto to = files_.find(std::wstring(target));
+        if (to != files_.end() && to->second.read_only) RaiseRuntimeError(75);
+        if (from->second.open != 0 || (to != files_.end() && to->second.open != 0)) {
+            RaiseRuntimeError(70);
+        }
+        File moved = from->second;
+        if (to != files_.end()) moved.hidden = to->second.hidden;
+        files_.erase(from);
+        files_[std::wstring(target)] = moved;
+    }
+
+    void Delete(std::wstring_view path) override {
+        Step("Delete", path);
+        const auto file = files_.find(std::wstring(path));
+        if (file == files_.end()) RaiseRuntimeError(Exists(path) ? 75 : 53);
+        if (file->second.read_only) RaiseRuntimeError(75);
+        if (file->second.open != 0) RaiseRuntimeError(70);
+        files_.erase(file);
+    }
+
+    std::unique_ptr<IRandomReader> OpenShared(std::wstring_view) override {
+        RaiseRuntimeError(5);  // nothing here reads at random
+    }
+
+  private:
+    class Output final : public IOutputFile {
+      public:
+        Output(MemoryFiles& files, std::wstring path) : files_(files), path_(std::move(path)) {
+            ++files_.files_[path_].open;
+        }
+        ~Output() override { Release(); }
+        void Write(std::string_view bytes) override {
+            try {
+                files_.Step("Write", path_);
+            } catch (...) {
+                files_.files_[path_].bytes += bytes.substr(0, bytes.size() / 2);
+                throw;
+            }
+            files_.files_[path_].bytes += bytes;
+        }
+        void Flush() override { files_.Step("Flush", path_); }
+        void Close() override {
+            files_.Step("Close", path_);
+            Release();
+        }
+
+      private:
+        void Release() {
+            if (open_) --files_.files_[path_].open;
+            open_ = false;
+        }
+        MemoryFiles& files_;
+        std::wstring path_;
+        bool open_ = true;
+    };
+
+    void Step(std::string operation, std::wstring_view path) {
+        operations_.push_back(std::move(operation));
+        if (held_ && path == held_path_ && held_()) RaiseRuntimeError(70);
+        if (countdown_ == 0) return;
+        if (countdown_ > 1) {
+            --countdown_;
+            return;
+        }
+        if (--fail_times_ == 0) countdown_ = 0;
+        RaiseRuntimeError(fail_number_);
+    }
+
+    void NeedFolder(std::wstring_view path) const {
+        const std::size_t separator = path.find_last_of(L"\\/");
+        if (separator == std::wstring_view::npos) return;  // the current folder
+        if (!folders_.contains(std::wstring(path.substr(0, separator)))) RaiseRuntimeError(76);
+    }
+
+    std::map<std::wstring, File> files_;
+    std::set<std::wstring> folders_;
+    std::vector<std::string> operations_;
+    std::size_t countdown_ = 0;
+    std::int32_t fail_number_ = 0;
+    std::size_t fail_times_ = 0;
+    std::wstring held_path_;
+    std::function<bool()> held_;
+};
+
+}  // namespace demovex
