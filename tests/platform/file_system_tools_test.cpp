@@ -7,45 +7,13 @@
 #include <cstdio>
 
 #include "base/error.h"
+#include "tests/support/fake_text_service.h"
 #include "tests/support/memory_files.h"
 
 namespace demovex {
 namespace {
 
 using std::chrono::milliseconds;
-
-// Western European characters as single bytes; the rest of ITextService is not used here.
-class LatinText final : public ITextService {
-  public:
-    int CompareText(std::wstring_view, std::wstring_view) const override { RaiseRuntimeError(5); }
-    double ToNumber(std::wstring_view) const override { RaiseRuntimeError(5); }
-    std::wstring FromNumber(double) const override { RaiseRuntimeError(5); }
-    std::wstring FormatAmount(double) const override { RaiseRuntimeError(5); }
-    std::wstring LowerCase(std::wstring_view text) const override {
-        std::wstring lower(text);
-        for (wchar_t& c : lower) {
-            if (c >= L'A' && c <= L'Z') c = static_cast<wchar_t>(c + 32);
-        }
-        return lower;
-    }
-    std::string ToAnsi(std::wstring_view text, bool* lossy) const override {
-        std::string bytes;
-        for (const wchar_t c : text) {
-            if (c < 256) {
-                bytes += static_cast<char>(static_cast<unsigned char>(c));
-            } else {
-                bytes += '?';
-                if (lossy != nullptr) *lossy = true;
-            }
-        }
-        return bytes;
-    }
-    std::wstring FromAnsi(std::string_view bytes) const override {
-        std::wstring text;
-        for (const char c : bytes) text += static_cast<wchar_t>(static_cast<unsigned char>(c));
-        return text;
-    }
-};
 
 class FakeClock final : public IRetryClock {
   public:
@@ -79,7 +47,7 @@ class SaveFileTest : public testing::Test {
     bool OnlyTarget() const { return files.FileCount() == 1 && files.Has(kTarget); }
 
     MemoryFiles files;
-    LatinText text;
+    FakeTextService text;
     FakeClock clock;
 };
 
@@ -188,16 +156,16 @@ TEST_F(SaveFileTest, AFolderInTheTargetsPlaceIsRefused) {
 
 TEST_F(SaveFileTest, ReplacedCharactersAreReportedAfterSuccessOnly) {
     bool lossy = false;
-    SaveFile(files, text, kTarget, L"a\u20ACb", {.lossy = &lossy, .clock = &clock});
+    SaveFile(files, text, kTarget, L"a\u0416b", {.lossy = &lossy, .clock = &clock});
     EXPECT_TRUE(lossy);
     EXPECT_EQ(files.At(kTarget).bytes, "a?b");
 
     lossy = false;
-    SaveFile(files, text, kTarget, L"\u00E4", {.lossy = &lossy, .clock = &clock});
+    SaveFile(files, text, kTarget, L"\u00E4\u20AC", {.lossy = &lossy, .clock = &clock});
     EXPECT_FALSE(lossy);
 
     files.FailAt(2, 61);
-    EXPECT_THROW(SaveFile(files, text, kTarget, L"\u20AC", {.lossy = &lossy, .clock = &clock}),
+    EXPECT_THROW(SaveFile(files, text, kTarget, L"\u0416", {.lossy = &lossy, .clock = &clock}),
                  Error);
     EXPECT_FALSE(lossy);
 }
