@@ -78,6 +78,19 @@ TEST(FakeTextService, ReadsUnusualNumbers) {
     EXPECT_EQ(text.ToNumber(L"\t5 "), 5);
 }
 
+TEST(FakeTextService, PassesOverSeparatorsAsTheSystemDoes) {
+    const FakeTextService german(FakeLocale::kGermany);
+    EXPECT_EQ(german.ToNumber(L"1234.56"), 123456);
+    EXPECT_EQ(german.ToNumber(L"1..2"), 12);
+    EXPECT_EQ(german.ToNumber(L"5."), 5);
+    EXPECT_EQ(RaisedBy([&] { german.ToNumber(L"1 234,5"); }), 13);
+    EXPECT_EQ(RaisedBy([&] { german.ToNumber(L".5"); }), 13);
+    const FakeTextService austrian;
+    EXPECT_EQ(austrian.ToNumber(L"1.234,5"), 1234.5);
+    EXPECT_EQ(austrian.ToNumber(L"1 234,5"), 1234.5);
+    EXPECT_EQ(austrian.ToNumber(L"1\u00A0234,5"), 1234.5);
+}
+
 TEST(FakeTextService, RaisesTypeMismatchAndOverflow) {
     const FakeTextService text;
     for (const wchar_t* bad : {L"", L" ", L"1a", L"a", L"-", L"1,2,3", L"()", L"(-5)", L"1e",

@@ -187,21 +187,28 @@ class FakeTextService : public ITextService {
             if (down) exponent = -exponent;
             text = text.substr(0, e);
         }
-        // the mantissa is plain, but has no sign any more
-        if (text.empty() || text.front() == L'-' || text.front() == L'+') Mismatch();
-        if (!ReadPlainNumber(text, format_) || is_blank(text.front()) || is_blank(text.back())) {
-            Mismatch();
-        }
         std::string digits;
         bool in_decimals = false;
         for (wchar_t c : text) {
-            if (c == format_.decimal[0]) in_decimals = true;
-            if (c < L'0' || c > L'9') continue;
-            digits += static_cast<char>('0' + (c - L'0'));
-            if (in_decimals) --exponent;
+            if (c >= L'0' && c <= L'9') {
+                digits += static_cast<char>('0' + (c - L'0'));
+                if (in_decimals) --exponent;
+            } else if (c == format_.decimal[0] && !in_decimals) {
+                in_decimals = true;
+            } else if (digits.empty() || !IsSeparator(c)) {
+                Mismatch();
+            }
         }
+        if (digits.empty()) Mismatch();
         const double value = DecimalToDouble(digits, exponent);
         return negative ? -value : value;
+    }
+
+    // Thousands separators are passed over wherever a digit went before; where a no-break space
+    // groups, the system also takes the blank and the point of money amounts.
+    bool IsSeparator(wchar_t c) const {
+        return c == format_.thousands[0] ||
+               (format_.thousands[0] == 0xA0 && (c == L' ' || c == L'.'));
     }
 
     [[noreturn]] static void Mismatch() { RaiseRuntimeError(runtime_error::kTypeMismatch); }

@@ -1,0 +1,129 @@
+#include "platform/text_win.h"
+
+#include <windows.h>
+
+#include <oleauto.h>
+
+#include <algorithm>
+#include <limits>
+
+#include "base/error.h"
+
+namespace demovex {
+namespace {
+
+std::wstring LocaleText(LCTYPE type) {
+    wchar_t text[32];
+    const int length = GetLocaleInfoW(LOCALE_USER_DEFAULT, type, text, 32);
+    return length > 0 ? std::wstring(text) : std::wstring();
+}
+
+// The system's functions take lengths of 31 bits.
+int Length(std::size_t size) {
+    if (size > static_cast<std::size_t>(std::numeric_limits<int>::max())) {
+        RaiseRuntimeError(runtime_error::kOutOfMemory);
+    }
+    return static_cast<int>(size);
+}
+
+bool IsDigit(wchar_t c) {
+    return c >= L'0' && c <= L'9';
+}
+
+}  // namespace
+
+WinTextService::WinTextService() {
+    Refresh();
+}
+
+void WinTextService::Refresh() {
+    NumberFormat format;
+    format.decimal = LocaleText(LOCALE_SDECIMAL);
+    if (format.decimal.empty()) format.decimal = L".";
+    format.thousands = LocaleText(LOCALE_STHOUSAND);
+    // grouping with the decimal separator itself could not be read back
+    if (format.thousands == format.decimal) format.thousands.clear();
+    format.SetGrouping(LocaleText(LOCALE_SGROUPING));
+    format_ = std::move(format);
+}
+
+int WinTextService::CompareText(std::wstring_view a, std::wstring_view b) const {
+    // The same text, and digits against digits, need no table of the system: in every locale the
+    // ten digits sort by value and none has a weight that depends on its neighbours.
+    const std::size_t shorter = std::min(a.size(), b.size());
+    std::size_t i = 0;
+    while (i < shorter && a[i] == b[i] && IsDigit(a[i])) ++i;
+    if (std::all_of(a.begin() + static_cast<std::ptrdiff_t>(i), a.end(), IsDigit) &&
+        std::all_of(b.begin() + static_cast<std::ptrdiff_t>(i), b.end(), IsDigit)) {
+        const int order = a.compare(b);
+        return order < 0 ? -1 : order > 0 ? 1 : 0;
+    }
+    if (a == b) return 0;
+    const int result = CompareStringW(LOCALE_USER_DEFAULT, NORM_IGNORECASE, a.data(),
+                                      Length(a.size()), b.data(), Length(b.size()));
+    if (result == 0) RaiseRuntimeError(runtime_error::kInvalidProcedureCall);
+    return result - CSTR_EQUAL;
+}
+
+std::wstring WinTextService::LowerCase(std::wstring_view text) const {
+    std::wstring out(text);
+    if (!out.empty()) {
+        // the length never changes; "linguistic" rules would make the letter i depend on the locale
+        LCMapStringW(LOCALE_USER_DEFAULT, LCMAP_LOWERCASE, text.data(), Length(text.size()),
+                     out.data(), Length(out.size()));
+    }
+    return out;
+}
+
+double WinTextService::ToNumber(std::wstring_view text) const {
+    if (const auto plain = ReadPlainNumber(text, format_)) return *plain;
+    // A NUL would end the text for the conversion, and what stands behind it would be lost.
+    if (text.find(L'\0') != std::wstring_view::npos) {
+        RaiseRuntimeError(runtime_error::kTypeMismatch);
+    }
+    std::wstring terminated(text);
+    double value = 0;
+    const HRESULT result = VarR8FromStr(terminated.data(), LOCALE_USER_DEFAULT, 0, &value);
+    if (result == DISP_E_OVERFLOW) RaiseRuntimeError(runtime_error::kOverflow);
+    if (result == E_OUTOFMEMORY) RaiseRuntimeError(runtime_error::kOutOfMemory);
+    if (FAILED(result)) RaiseRuntimeError(runtime_error::kTypeMismatch);
+    return value;
+}
+
+std::wstring WinTextService::FromNumber(double value) const {
+    return FormatGeneral(value, format_);
+}
+
+std::wstring WinTextService::FormatAmount(double value) const {
+    return demovex::FormatAmount(value, format_);
+}
+
+std::string WinTextService::ToAnsi(std::wstring_view text, bool* lossy) const {
+    if (text.empty()) return {};
+    // A Unicode code page (UTF-8 can be chosen as ANSI one) takes neither a default character nor
+    // the flag, and holds everything but halves of surrogate pairs.
+    const bool utf8 = GetACP() == CP_UTF8;
+    const DWORD flags = utf8 ? 0 : WC_NO_BEST_FIT_CHARS;
+    BOOL used_default = FALSE;
+    const char* default_char = utf8 ? nullptr : "?";
+    BOOL* used = utf8 ? nullptr : &used_default;
+    const int size = WideCharToMultiByte(CP_ACP, flags, text.data(), Length(text.size()), nullptr,
+                                         0, default_char, used);
+    if (size <= 0) RaiseRuntimeError(runtime_error::kOutOfMemory);
+    std::string out(static_cast<std::size_t>(size), '\0');
+    WideCharToMultiByte(CP_ACP, flags, text.data(), Length(text.size()), out.data(), size,
+                        default_char, used);
+    if (used_default && lossy) *lossy = true;
+    return out;
+}
+
+std::wstring WinTextService::FromAnsi(std::string_view bytes) const {
+    if (bytes.empty()) return {};
+    const int size = MultiByteToWideChar(CP_ACP, 0, bytes.data(), Length(bytes.size()), nullptr, 0);
+    if (size <= 0) RaiseRuntimeError(runtime_error::kOutOfMemory);
+    std::wstring out(static_cast<std::size_t>(size), L'\0');
+    MultiByteToWideChar(CP_ACP, 0, bytes.data(), Length(bytes.size()), out.data(), size);
+    return out;
+}
+
+}  // namespace demovex

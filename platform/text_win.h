@@ -1,0 +1,38 @@
+// Text in the locale of the user who runs the host.
+//
+//   WinTextService text;
+//   text.FormatAmount(1234.5);   // L"1.234,50" for a German user
+//
+// The locale is read when the object is made; call Refresh when the system says that settings have
+// changed (WM_SETTINGCHANGE). What can be decided without the system is (plainly written numbers,
+// amounts, comparisons of digits); all else is asked of it.
+#pragma once
+
+#include "platform/number_format.h"
+#include "platform/text.h"
+
+namespace demovex {
+
+class WinTextService : public ITextService {
+  public:
+    WinTextService();
+
+    // Reads the user's separators and grouping anew.
+    void Refresh();
+
+    int CompareText(std::wstring_view a, std::wstring_view b) const override;
+    std::wstring LowerCase(std::wstring_view text) const override;
+    double ToNumber(std::wstring_view text) const override;
+    std::wstring FromNumber(double value) const override;
+    std::wstring FormatAmount(double value) const override;
+    // No best fits: a character that the code page lacks becomes "?", never a look-alike.
+    std::string ToAnsi(std::wstring_view text, bool* lossy = nullptr) const override;
+    std::wstring FromAnsi(std::string_view bytes) const override;
+
+    const NumberFormat& format() const { return format_; }
+
+  private:
+    NumberFormat format_;
+};
+
+}  // namespace demovex
