@@ -1,0 +1,155 @@
+#include "catalog/artikel_stamm.h"
+
+#include <algorithm>
+#include <new>
+#include <utility>
+
+#include "base/checked.h"
+#include "base/error.h"
+
+namespace demovex {
+namespace {
+
+// The index's tag: the key is the article number.
+constexpr std::int32_t kNumberTag = 1;
+
+constexpr bool IsDigit(wchar_t c) {
+    return c >= L'0' && c <= L'9';
+}
+
+constexpr bool IsDigit(char c) {
+    return c >= '0' && c <= '9';
+}
+
+template <typename View>
+bool AllDigits(const View& text) {
+    for (const auto c : text) {
+        if (!IsDigit(c)) return false;
+    }
+    return true;
+}
+
+template <typename View>
+std::int32_t CompareDigits(const View& a, std::string_view b) {
+    const std::size_t common = std::min(a.size(), b.size());
+    for (std::size_t i = 0; i < common; ++i) {
+        const int difference = static_cast<int>(a[i]) - static_cast<int>(b[i]);
+        if (difference != 0) return difference < 0 ? -1 : 1;
+    }
+    if (a.size() == b.size()) return 0;
+    return a.size() < b.size() ? -1 : 1;
+}
+
+void CheckTag(std::int32_t tag) {
+    if (tag < 0 || tag > 255) RaiseRuntimeError(runtime_error::kInvalidProcedureCall);
+}
+
+}  // namespace
+
+ArtikelStamm::ArtikelStamm(IFileSystem& files, const ITextService& text) noexcept
+    : files_(files), text_(text) {}
+
+ArtikelStamm::~ArtikelStamm() = default;
+
+void ArtikelStamm::OpenFile(const std::wstring& Path) {
+    std::wstring cause;
+    try {
+        OpenAndIndex(Path);
+        return;
+    } catch (const Error& error) {
+        cause = error.description();
+    } catch (const std::bad_alloc&) {
+        cause = StandardDescription(runtime_error::kOutOfMemory);
+    }
+    file_.reset();
+    RaiseOwnError(L"Artikelstamm::OpenFile",
+                  L"Artikelstamm (" + Path + L") kann nicht geladen werden: " + cause);
+}
+
+void ArtikelStamm::OpenAndIndex(const std::wstring& path) {
+    if (!files_.Exists(path)) RaiseOwnError(L"", L"Datei nicht gefunden");
+    std::unique_ptr<IRandomReader> file = files_.OpenShared(path);
+    if (file_ != nullptr) earlier_files_.push_back(std::move(file_));
+    file_ = std::move(file);
+    // A last line that lacks one byte of its line break still counts, one that lacks both does not.
+    record_count_ =
+        CheckedNarrow(static_cast<std::int64_t>((file_->Size() + 1) / ArtikelRecord::kSize));
+
+    auto index = std::make_unique<MSIndex>();
+    // Shares no count: this object owns the index, so a counted reference would keep it alive.
+    index->SetMSContainer(std::shared_ptr<IMSContainer>(std::shared_ptr<IMSContainer>(), this));
+    index->SetTag(kNumberTag);
+    index->Create();
+    index_ = std::move(index);
+}
+
+bool ArtikelStamm::LookUpArtikelNr(std::wstring_view Nr, std::wstring* Bezeichnung,
+                                   std::wstring* Preis) {
+    std::int32_t id = 1;
+    if (!Nr.empty()) {
+        if (index_ == nullptr) RaiseRuntimeError(runtime_error::kObjectNotSet);
+        id = index_->Find(KeyValue(std::wstring(TrimBlanks(Nr))));
+        if (id == 0) return false;
+    }
+    ReadRecord(id, first_);
+    // both are made before either is stored
+    std::wstring bezeichnung;
+    std::wstring preis;
+    if (Bezeichnung != nullptr) bezeichnung = text_.FromAnsi(first_.TrimmedBezeichnung());
+    if (Preis != nullptr) preis = text_.FromAnsi(first_.TrimmedPreis());
+    if (Bezeichnung != nullptr) *Bezeichnung = std::move(bezeichnung);
+    if (Preis != nullptr) *Preis = std::move(preis);
+    return true;
+}
+
+void ArtikelStamm::ReadRecord(std::int32_t id, ArtikelRecord& record) {
+    if (id < 1) RaiseRuntimeError(runtime_error::kInvalidProcedureCall);
+    if (file_ == nullptr) RaiseRuntimeError(runtime_error::kObjectNotSet);
+    if (id > record_count_) {
+        record = ArtikelRecord();
+        return;
+    }
+    const std::uint64_t offset = static_cast<std::uint64_t>(id - 1) * ArtikelRecord::kSize;
+    record.Assign(file_->Read(offset, ArtikelRecord::kTextSize));
+}
+
+std::int32_t ArtikelStamm::Count(std::int32_t Tag) {
+    CheckTag(Tag);
+    return record_count_;
+}
+
+std::int32_t ArtikelStamm::EnumItems(std::int32_t /*Tag*/) {
+    cursor_ = cursor_ < record_count_ ? cursor_ + 1 : 0;
+    return cursor_;
+}
+
+std::int32_t ArtikelStamm::CompareItems(std::int32_t id1, std::int32_t id2, std::int32_t Tag) {
+    CheckTag(Tag);
+    ReadRecord(id1, first_);
+    ReadRecord(id2, second_);
+    const std::string_view a = first_.TrimmedNr();
+    const std::string_view b = second_.TrimmedNr();
+    if (AllDigits(a) && AllDigits(b)) return CompareDigits(a, b);
+    return text_.CompareText(text_.FromAnsi(a), text_.FromAnsi(b));
+}
+
+std::int32_t ArtikelStamm::Hashvalue(std::int32_t /*id*/, std::int32_t /*Tag*/) {
+    return 0;
+}
+
+std::int32_t ArtikelStamm::HashKeyvalue(const KeyValue& /*Key*/, std::int32_t /*Tag*/) {
+    return 0;
+}
+
+std::int32_t ArtikelStamm::CompareItem(const KeyValue& Key, std::int32_t id, std::int32_t Tag) {
+    CheckTag(Tag);
+    const auto* key = std::get_if<std::wstring>(&Key);
+    if (key == nullptr) RaiseRuntimeError(runtime_error::kTypeMismatch);
+    ReadRecord(id, first_);
+    const std::string_view nr = first_.TrimmedNr();
+    // Digits sort by their value in every locale, so most comparisons need no collation.
+    if (AllDigits(nr) && AllDigits(*key)) return CompareDigits(*key, nr);
+    return text_.CompareText(*key, text_.FromAnsi(nr));
+}
+
+}  // namespace demovex
