@@ -1,0 +1,271 @@
+#include "basket/basket_files.h"
+
+#include <exception>
+#include <new>
+#include <string_view>
+
+#include "base/error.h"
+#include "basket/columns.h"
+#include "basket/file_texts.h"
+#include "basket/progress_scope.h"
+#include "dialogs/common_dialogs.h"
+#include "params/parameter_parser.h"
+
+namespace demovex {
+namespace {
+
+// Of a save's progress, the part that is done when the text stands and writing begins.
+constexpr double kComposeShare = 0.7;
+
+constexpr wchar_t kHeader[] = L"DemoVexClient.Client";
+
+ParameterParser BasketParser() {
+    ParameterParser parser;
+    parser.SetColumnDelimiter(L"\t");
+    parser.SetRowDelimiter(L"\r\n");
+    return parser;
+}
+
+[[noreturn]] void RaiseLoadError(const std::wstring& path, std::wstring_view cause) {
+    RaiseOwnError(L"Load",
+                  L"Datei '" + path + L"' kann nicht geöffnet werden: " + std::wstring(cause));
+}
+
+}  // namespace
+
+void BasketFiles::Load(const std::wstring& Path) {
+    rows_.CloseEditor();
+    context_.state.Loading = true;
+    context_.state.SuppressEditor = true;
+    Rejected rejected;
+    try {
+        LoadRows(Path, rejected);
+    } catch (const Error& error) {
+        EndLoading();
+        RaiseLoadError(Path, error.description());
+    } catch (const std::bad_alloc&) {
+        EndLoading();
+        RaiseLoadError(Path, StandardDescription(runtime_error::kOutOfMemory));
+    } catch (...) {
+        EndLoading();
+        throw;
+    }
+    EndLoading();
+    if (rejected.count > 0) ShowRejected(rejected);
+}
+
+void BasketFiles::EndLoading() {
+    context_.state.Modified = false;
+    context_.state.Loading = false;
+    context_.state.SuppressEditor = false;
+}
+
+void BasketFiles::LoadRows(const std::wstring& path, Rejected& rejected) {
+    IFlexGrid& grid = context_.Liste;
+    ParameterParser parser = BasketParser();
+    parser.SetParameterString(LoadFile(context_.services.files, context_.services.text, path));
+    const bool has_header = context_.services.text.CompareText(parser.Value(1, 1), kHeader) == 0;
+
+    context_.state.CurrentPath = path;
+    recent_.AddRecentFile(path);
+    ShowFileCaption();
+
+    ProgressScope progress(context_.view, L"Warenkorb wird geladen");
+    grid.SetRedraw(false);
+    rows_.ClearRows();
+    // The row that the next line is expected to become. Two lines in succession with one number
+    // merge into one row and count as rejected; the row removed is then whatever stands at the
+    // counter, and from there on counter and rows may differ. The numbering is kept so on purpose.
+    std::int32_t row = 1;
+    std::wstring number, catalog, url;
+    for (std::int32_t line = has_header ? 2 : 1; line <= parser.Rows(); ++line) {
+        progress.Step(line, parser.Rows());
+        number = parser.Value(1, line);
+        if (number.empty()) {
+            rows_.AddArtikel(L"", L"", L"", 1);
+            rows_.SetCell(row, column::kBezeichnung, parser.Value(2, line));
+        } else {
+            catalog = parser.Value(6, line);
+            url = parser.Value(7, line);
+            const std::wstring_view quantity = parser.Value(3, line);
+            if (rows_.AddArtikel(number, catalog, url, 1)) {
+                rows_.SetCell(row, column::kMenge, quantity);
+                rows_.RecalculateTotals(row);
+            } else {
+                rows_.RemoveRows(row, 1);
+                --row;
+                rejected.list.append(L"\r\n").append(number).append(L" (");
+                rejected.list.append(quantity).append(L")");
+                ++rejected.count;
+            }
+        }
+        ++row;
+    }
+
+    try {
+        grid.SetRow(1);
+    } catch (const Error&) {  // a basket without that row
+    }
+    grid.SetCol(column::kArtNr);
+    grid.SetRedraw(true);
+}
+
+void BasketFiles::ShowRejected(const Rejected& rejected) {
+    const wchar_t* plural = rejected.count > 1 ? L"n" : L"";
+    const std::wstring text = std::wstring(L"Folgende Artikelnummer") + plural +
+                              L" wurden nicht im Artikelstamm gefunden und wurde" + plural +
+                              L" daher aus dem Warenkorb entfernt: \r\n" + rejected.list;
+    context_.services.messages.Show(text, L"Fehlerhafte Warenkorbdatei", MessageButtons::kOk,
+                                    MessageIcon::kExclamation);
+}
+
+void BasketFiles::mnuDateiNeu_Click() {
+    rows_.CloseEditor();
+    bool Cancel = false;
+    QuerySaveChanges(Cancel);
+    if (Cancel) return;
+
+    IFlexGrid& grid = context_.Liste;
+    context_.state.SuppressEditor = true;
+    grid.SetRedraw(false);
+    rows_.ClearRows();
+    rows_.SetCell(grid.Rows() - 1, column::kGesamtAts, L"");
+    rows_.SetCell(grid.Rows() - 1, column::kGesamtEuro, L"");
+    grid.SetRedraw(true);
+    grid.SetCol(column::kBezeichnung);
+    rows_.Liste_RowColChange();
+
+    context_.state.CurrentPath.clear();
+    SetBasketCaption(context_, kDesignedCaption);
+    context_.state.Modified = false;
+    context_.state.SuppressEditor = false;
+}
+
+void BasketFiles::mnuDateiOeffnen_Click() {
+    rows_.CommitCellEdit();
+    bool Cancel = false;
+    QuerySaveChanges(Cancel);
+    if (Cancel) return;
+
+    CommonDialogs dialogs(context_.services.file_dialogs);
+    const std::wstring path =
+        dialogs.GetOpenFileName({.InitDir = context_.services.component_folder,
+                                 .Title = L"Öffnen",
+                                 .sExtensions = kBasketFilter});
+    if (path.empty()) return;
+    try {
+        Load(path);
+    } catch (const Error& error) {
+        context_.services.messages.Show(error.description(), L"Fehler beim öffnen der Datei",
+                                        MessageButtons::kOk, MessageIcon::kNone);
+        Thaw();
+    }
+}
+
+void BasketFiles::mnuDateiLRU_Click(std::int32_t Index) {
+    rows_.CommitCellEdit();  // a text being typed is a change to be asked about
+    bool Cancel = false;
+    QuerySaveChanges(Cancel);
+    if (Cancel) return;
+    const std::wstring path = recent_.Tag(Index);
+    try {
+        Load(path);
+    } catch (const Error& error) {
+        context_.services.messages.Show(error.description(), L"Fehler beim Öffnen einer Datei",
+                                        MessageButtons::kOk, MessageIcon::kCritical);
+        Thaw();
+    }
+}
+
+void BasketFiles::mnuDateiSpeichern_Click() {
+    BasketState& state = context_.state;
+    if (state.CurrentPath.empty()) {
+        mnuDateiSpeichernUnter_Click();
+        return;
+    }
+    rows_.CommitCellEdit();
+    recent_.AddRecentFile(state.CurrentPath);
+
+    bool lossy = false;
+    {
+        ProgressScope progress(context_.view, L"Warenkorb wird gespeichert");
+        const std::wstring content = Compose(progress);
+        SaveFile(
+            context_.services.files, context_.services.text, state.CurrentPath, content,
+            {.lossy = &lossy,
+             .progress =
+                 [&](double done) { progress.Report(kComposeShare + (1 - kComposeShare) * done); },
+             .clock = clock_});
+    }
+    state.Modified = false;
+    if (lossy) context_.view.SetStatusText(kLossyStatus);
+}
+
+std::wstring BasketFiles::Compose(ProgressScope& progress) const {
+    const IFlexGrid& grid = context_.Liste;
+    ParameterParser parser = BasketParser();
+    parser.SetValue(1, 1, kHeader);
+    const std::int32_t last = grid.Rows() - 2;
+    for (std::int32_t row = 1; row <= last; ++row) {
+        progress.Step(row, last, 0, kComposeShare);
+        for (std::int32_t col = column::kArtNr; col <= column::kGesamtEuro; ++col) {
+            parser.SetValue(col, row + 1, grid.TextMatrix(row, col));
+        }
+    }
+    return parser.ParameterString();
+}
+
+void BasketFiles::mnuDateiSpeichernUnter_Click() {
+    BasketState& state = context_.state;
+    rows_.CommitCellEdit();
+
+    SaveFileArguments arguments{.InitDir = context_.services.component_folder,
+                                .Title = L"Speichern unter",
+                                .sExtensions = kBasketFilter};
+    if (!state.CurrentPath.empty()) {
+        arguments.InitDir = GetFolderName(state.CurrentPath);
+        arguments.InitFileName = GetFileName(state.CurrentPath);
+    }
+    CommonDialogs dialogs(context_.services.file_dialogs);
+    const std::wstring path = dialogs.GetSaveFileName(arguments);
+    if (path.empty()) return;
+
+    state.CurrentPath = path;
+    recent_.AddRecentFile(path);
+    ShowFileCaption();
+    mnuDateiSpeichern_Click();
+}
+
+void BasketFiles::mnuDateiBeenden_Click() {
+    context_.view.RequestClose();
+}
+
+void BasketFiles::QuerySaveChanges(bool& Cancel) {
+    Cancel = false;
+    if (!context_.state.Modified) return;
+    Cancel = true;
+    switch (context_.services.messages.Show(
+        L"Möchten Sie die Änderungen im aktuellen Warenkorb speichern ?", L"Schließen",
+        MessageButtons::kYesNoCancel, MessageIcon::kNone)) {
+        case MessageAnswer::kNo:
+            Cancel = false;
+            break;
+        case MessageAnswer::kYes:
+            mnuDateiSpeichern_Click();  // asks for a path when there is none
+            Cancel = context_.state.Modified;
+            break;
+        default:
+            break;
+    }
+}
+
+void BasketFiles::Thaw() {
+    if (!context_.state.Loading && !context_.Liste.Redraw()) context_.Liste.SetRedraw(true);
+}
+
+void BasketFiles::ShowFileCaption() {
+    SetBasketCaption(context_, std::wstring(kDesignedCaption) + L" - " +
+                                   GetFileName(context_.state.CurrentPath));
+}
+
+}  // namespace demovex
