@@ -1,0 +1,254 @@
+// FlexGrid, the portable implementation of IFlexGrid (see flex_grid.h for the rules that callers
+// rely on): cells, current cell and selection, geometry, scrolling, keys and mouse. It holds no
+// window; FlexGridControl (flex_grid_control_win.h) forwards input to it, paints it with
+// grid_painter.h and carries out what it reports through IFlexGridDisplay.
+//
+//   FlexGrid grid;                        // 96 dpi, a plain reading of numbers
+//   grid.SetEvents(&handler);             // may be null; the handler outlives the grid or resets
+//   it grid.SetFrame({400, 300, 2, 17});     // outer size, border and scroll bar, in pixels
+//   grid.SetRows(2); grid.SetCols(10);
+//   grid.Key(GridKey::kDown, false, false);
+//
+// A new grid has 2 rows and 2 columns, the current cell (1, 1), columns of 960 twips and rows of
+// 240 twips, in a frame of 640 x 400 pixels.
+//
+// Geometry. CellLeft, CellTop, RowPos and ColPos count from the outer top left corner of the grid,
+// border included: a control that belongs to the grid's parent and is placed at the grid's left +
+// CellLeft, top + CellTop with CellWidth and CellHeight covers the cell exactly. CellWidth and
+// CellHeight leave out the line of one pixel that ends each cell on the right and below, so that
+// the lines stay in view around an editor. Cell text begins kTextLeft from the cell's left edge
+// and kTextTop from its upper edge (a text on the right ends kTextLeft before the line): a text
+// box without border and margins at (45, 15) inside the cell shows the same text in the same
+// place.
+//
+// Where a rule of flex_grid.h leaves room:
+// - AddItem and RemoveItem accept non-fixed rows only (9 otherwise); AddItem at Rows appends.
+// - A negative size, count or Rows below 2 and Cols below 2 raise 9. No memory raises 7.
+// - TopRow and LeftCol beyond the last useful scroll position are cut to it.
+// - An unshifted key that finds the current cell at the edge still collapses the selection.
+// - A key pressed while a fixed cell is current (by code) ends on a non-fixed one.
+// - Keys move by visible columns and rows only.
+// - When one operation changes the current cell and scrolls, both changes are complete before
+//   RowColChange and then Scroll are raised. A handler may destroy the grid.
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include "grid/cell_store.h"
+#include "grid/flex_grid.h"
+#include "grid/grid_axis.h"
+
+namespace demovex {
+
+// What a control must do after a change. Called before the grid's events, never while Redraw is
+// off (except CurrentCellChanged and SelectionChanged). Must not call the grid's setters.
+class IFlexGridDisplay {
+  public:
+    virtual ~IFlexGridDisplay() = default;
+    virtual void Invalidate(const PixelRect& view_rect) = 0;
+    // Moves the pixels of `area` by (dx, dy) and repaints the strip that becomes free.
+    virtual void ScrollArea(const PixelRect& area, int dx, int dy) = 0;
+    // Range, page, position or presence of the scroll bars changed.
+    virtual void ScrollBarsChanged() = 0;
+    virtual void CurrentCellChanged() = 0;
+    virtual void SelectionChanged() = 0;
+};
+
+// Outer size of the grid, its border on each side and the thickness of a scroll bar, in pixels.
+struct GridFrame {
+    int width = 0;
+    int height = 0;
+    int border = 0;
+    int scroll_bar = 0;
+};
+
+// A scroll bar: the position runs from `min` to `max` - `page` + 1.
+struct GridScrollBar {
+    bool visible = false;
+    std::int32_t min = 0;
+    std::int32_t max = 0;
+    std::int32_t page = 0;
+    std::int32_t position = 0;
+    friend bool operator==(const GridScrollBar&, const GridScrollBar&) = default;
+};
+
+enum class GridArea { kNothing, kCorner, kColumnHeader, kRowHeader, kCell };
+
+struct GridHit {
+    GridArea area = GridArea::kNothing;
+    std::int32_t row = -1;
+    std::int32_t col = -1;
+    friend bool operator==(const GridHit&, const GridHit&) = default;
+};
+
+// Whether a text reads as a number in the user's locale (it then stands right).
+using NumberTest = std::function<bool(std::wstring_view)>;
+
+// Digits with sign, points and commas: a stand-in where no locale is at hand.
+bool LooksLikeNumber(std::wstring_view text);
+
+class FlexGrid : public IFlexGrid {
+  public:
+    static constexpr std::int32_t kFixedRows = 1;
+    static constexpr std::int32_t kFixedCols = 1;
+    static constexpr Twips kTextLeft = 45;
+    static constexpr Twips kTextTop = 15;
+    static constexpr Twips kDefaultRowHeight = 240;
+    static constexpr Twips kDefaultColWidth = 960;
+
+    explicit FlexGrid(Scale scale = Scale(96), NumberTest reads_as_number = LooksLikeNumber);
+    FlexGrid(const FlexGrid&) = delete;
+    FlexGrid& operator=(const FlexGrid&) = delete;
+
+    // Observed, not owned; null for none.
+    void SetEvents(IFlexGridEvents* events) { events_ = events; }
+    void SetDisplay(IFlexGridDisplay* display) { display_ = display; }
+
+    // IFlexGrid
+    std::int32_t Rows() const override { return rows_.Count(); }
+    std::int32_t Cols() const override { return cols_.Count(); }
+    void SetRows(std::int32_t rows) override;
+    void SetCols(std::int32_t cols) override;
+    std::int32_t Row() const override { return cursor_.row; }
+    std::int32_t Col() const override { return cursor_.col; }
+    std::int32_t RowSel() const override { return cursor_.row_sel; }
+    std::int32_t ColSel() const override { return cursor_.col_sel; }
+    void SetRow(std::int32_t row) override;
+    void SetCol(std::int32_t col) override;
+    void SetRowSel(std::int32_t row) override;
+    void SetColSel(std::int32_t col) override;
+    std::int32_t TopRow() const override { return rows_.First(); }
+    std::int32_t LeftCol() const override { return cols_.First(); }
+    void SetTopRow(std::int32_t row) override;
+    void SetLeftCol(std::int32_t col) override;
+    std::wstring_view TextMatrix(std::int32_t row, std::int32_t col) const override;
+    void SetTextMatrix(std::int32_t row, std::int32_t col, std::wstring_view text) override;
+    bool CellBold(std::int32_t row, std::int32_t col) const override;
+    void SetCellBold(std::int32_t row, std::int32_t col, bool bold) override;
+    CellAlignment CellAlign(std::int32_t row, std::int32_t col) const override;
+    void SetCellAlign(std::int32_t row, std::int32_t col, CellAlignment alignment) override;
+    void AddItem(std::int32_t index, std::int32_t count = 1) override;
+    void RemoveItem(std::int32_t index, std::int32_t count = 1) override;
+    void MoveRows(std::int32_t first, std::int32_t count, std::int32_t to) override;
+    Twips ColWidth(std::int32_t col) const override;
+    void SetColWidth(std::int32_t col, Twips width) override;
+    Twips RowHeight(std::int32_t row) const override;
+    void SetRowHeight(std::int32_t row, Twips height) override;
+    bool Redraw() const override { return redraw_; }
+    void SetRedraw(bool redraw) override;
+    FocusRectStyle FocusRect() const override { return focus_rect_; }
+    void SetFocusRect(FocusRectStyle style) override;
+    Twips CellLeft() const override { return ColPos(Col()); }
+    Twips CellTop() const override { return RowPos(Row()); }
+    Twips CellWidth() const override;
+    Twips CellHeight() const override;
+    Twips RowPos(std::int32_t row) const override;
+    Twips ColPos(std::int32_t col) const override;
+    Twips Width() const override { return scale_.ToTwips(frame_.width); }
+    Twips Height() const override { return scale_.ToTwips(frame_.height); }
+
+    // Frame and looks.
+    void SetFrame(const GridFrame& frame);
+    const GridFrame& Frame() const { return frame_; }
+    void SetDefaultRowHeight(Twips height);
+    // Whether the grid has the keyboard focus: the focus rectangle is only shown then.
+    void SetFocused(bool focused);
+    bool Focused() const { return focused_; }
+    const Scale& PixelScale() const { return scale_; }
+
+    // The view: everything inside border and scroll bars, in pixels from its top left corner.
+    PixelRect View() const { return {0, 0, cols_.View(), rows_.View()}; }
+    GridScrollBar VerticalBar() const;
+    GridScrollBar HorizontalBar() const;
+    // A cell in the view, its lines on the right and below included; empty when out of view. A
+    // cell that is cut off by the edge of the view is not cut here.
+    PixelRect CellRect(std::int32_t row, std::int32_t col) const;
+    GridHit HitTest(int x, int y) const;
+    bool Selected(std::int32_t row, std::int32_t col) const;  // false for fixed cells
+    // True when the cell's text stands right.
+    bool StandsRight(std::int32_t row, std::int32_t col) const;
+    const GridAxis& RowAxis() const { return rows_; }
+    const GridAxis& ColAxis() const { return cols_; }
+
+    // Input, in pixels of the view. Only the first button counts; others are not forwarded.
+    void Key(GridKey key, bool shift, bool ctrl);
+    void Press(int x, int y, bool shift);
+    void Drag(int x, int y);  // after Press; places outside the view are meant
+    void Release();
+    bool Dragging() const { return drag_.area != GridArea::kNothing; }
+    // True while a drag is beyond the edge of the scrolled cells: call AutoScroll periodically.
+    bool WantsAutoScroll() const;
+    void AutoScroll();  // one row or column towards the pointer
+    // Scrolls by visible rows or columns (wheel, scroll bar arrows); negative is up or left.
+    void ScrollRows(std::int32_t steps);
+    void ScrollCols(std::int32_t steps);
+    void PageRows(int direction);
+    void PageCols(int direction);
+
+    // Makes (row, col) current and selects from it to (row_sel, col_sel) in one change; 9 for a
+    // number out of range. For the row and column selection and for assistive programs.
+    void Select(std::int32_t row, std::int32_t col, std::int32_t row_sel, std::int32_t col_sel);
+
+  private:
+    struct Cursor {
+        std::int32_t row = kFixedRows;
+        std::int32_t col = kFixedCols;
+        std::int32_t row_sel = kFixedRows;
+        std::int32_t col_sel = kFixedCols;
+        friend bool operator==(const Cursor&, const Cursor&) = default;
+    };
+    struct DragState {
+        GridArea area = GridArea::kNothing;  // what the press hit; kNothing: no drag
+        bool moved = false;                  // the pointer has left the place of the press
+        int press_x = 0, press_y = 0;
+        int x = 0, y = 0;
+    };
+
+    void CheckRow(std::int32_t row) const;
+    void CheckCol(std::int32_t col) const;
+    void CheckCell(std::int32_t row, std::int32_t col) const;
+    static void CheckSize(Twips size);
+
+    // Changes cursor and scroll position together, repaints and raises what changed.
+    void Apply(const Cursor& cursor, std::int32_t top, std::int32_t left);
+    void ScrollTo(std::int32_t top, std::int32_t left);
+    void ApplyShown(const Cursor& cursor, std::int32_t row, std::int32_t col);
+    // After rows, columns or sizes changed: scroll bars, cursor and scroll position cut to what
+    // exists; everything from `row` on or, when negative, the whole view repainted; events.
+    void Restructure(std::int32_t row);
+    void Layout();
+    void Raise(bool moved, bool selected, bool scrolled);
+    bool ShowsChanges() const { return display_ != nullptr && redraw_; }
+    void InvalidateAll();
+    void InvalidateCell(std::int32_t row, std::int32_t col);
+    void InvalidateCells(std::int32_t row1, std::int32_t col1, std::int32_t row2,
+                         std::int32_t col2);
+    void InvalidateSelection(const Cursor& before, const Cursor& after);
+    void ScrollPixels(std::int32_t old_top, std::int32_t old_left);
+    Cursor DragCursor(std::int32_t row, std::int32_t col) const;
+    Twips ToTwips(std::int64_t pixels) const;
+    std::int32_t FirstVisibleCol() const;
+    std::int32_t LastVisibleCol() const;
+    std::int32_t FirstVisibleRow() const;
+    std::int32_t LastVisibleRow() const;
+
+    Scale scale_;
+    NumberTest reads_as_number_;
+    IFlexGridEvents* events_ = nullptr;
+    IFlexGridDisplay* display_ = nullptr;
+    CellStore cells_;
+    GridAxis rows_;
+    GridAxis cols_;
+    Cursor cursor_;
+    GridFrame frame_{640, 400, 2, 17};
+    DragState drag_;
+    bool bar_v_ = false;
+    bool bar_h_ = false;
+    bool redraw_ = true;
+    bool focused_ = false;
+    FocusRectStyle focus_rect_ = FocusRectStyle::kLight;
+    std::shared_ptr<char> alive_ = std::make_shared<char>();
+};
+
+}  // namespace demovex
