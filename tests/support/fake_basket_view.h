@@ -66,6 +66,7 @@ class FakeBasketView final : public IBasketView, public IEditorView {
     std::vector<EditKey> edit_keys;  // every one ever sent
     std::vector<double> progress;    // every fraction since the last BeginProgress
     int progress_depth = 0;
+    int paints = 0;  // calls of KeepPainted
     int about_boxes = 0;
     int close_requests = 0;
     Twips twips_per_character = 100;  // MeasureGridText: bold is a tenth wider
@@ -221,6 +222,7 @@ class FakeBasketView final : public IBasketView, public IEditorView {
     bool Minimised() const override { return minimised; }
     void SetCaption(std::wstring_view new_caption) override { caption = new_caption; }
     void SetStatusText(std::wstring_view new_text) override { status = new_text; }
+    std::wstring StatusText() const override { return status; }
     Twips StatusbarHeight() const override { return status_height; }
     void SetToolbarVisible(bool visible) override { toolbar_visible = visible; }
     void SetStatusbarVisible(bool visible) override { statusbar_visible = visible; }
@@ -242,6 +244,7 @@ class FakeBasketView final : public IBasketView, public IEditorView {
     }
     void SetProgress(double fraction) override { progress.push_back(fraction); }
     void EndProgress() override { --progress_depth; }
+    void KeepPainted() override { ++paints; }
     void ShowAboutBox() override { ++about_boxes; }
     void RequestClose() override { ++close_requests; }
 
