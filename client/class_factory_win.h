@@ -1,0 +1,39 @@
+// The class factory of Client.
+#pragma once
+
+#include <windows.h>
+
+#include <unknwn.h>
+
+#include <atomic>
+#include <functional>
+
+#include "client/client_win.h"
+
+namespace demovex {
+
+class ClassFactory final : public IClassFactory {
+  public:
+    // A new factory with one reference, which is the caller's. `make_parts` is asked once per
+    // object; what it raises fails the creation.
+    static ComPtr<ClassFactory> Create(std::function<ClientParts()> make_parts);
+
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) noexcept override;
+    ULONG STDMETHODCALLTYPE AddRef() noexcept override;
+    ULONG STDMETHODCALLTYPE Release() noexcept override;
+
+    // Aggregation is refused.
+    HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, REFIID iid,
+                                             void** object) noexcept override;
+    HRESULT STDMETHODCALLTYPE LockServer(BOOL lock) noexcept override;
+
+  private:
+    explicit ClassFactory(std::function<ClientParts()> make_parts);
+    ~ClassFactory() = default;
+
+    ModuleLock lock_;
+    std::atomic<ULONG> references_{1};
+    std::function<ClientParts()> make_parts_;
+};
+
+}  // namespace demovex

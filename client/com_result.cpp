@@ -1,0 +1,48 @@
+#include "client/com_result.h"
+
+#include <new>
+
+namespace demovex {
+
+namespace {
+
+// Failure, facility "control", as automation has always reported run-time errors.
+constexpr std::uint32_t kControlFailure = 0x800A0000U;
+
+ComFailure FromNumber(std::int32_t number, std::wstring_view source) {
+    return {ComResultOf(number), std::wstring(source), std::wstring(StandardDescription(number))};
+}
+
+}  // namespace
+
+ComResult ComResultOf(std::int32_t error_number) noexcept {
+    if (error_number < 0) return error_number;
+    if (error_number == 0 || error_number > 0xFFFF) {
+        error_number = runtime_error::kInvalidProcedureCall;
+    }
+    return static_cast<ComResult>(kControlFailure + static_cast<std::uint32_t>(error_number));
+}
+
+std::int32_t ErrorNumberOf(ComResult result) noexcept {
+    const auto bits = static_cast<std::uint32_t>(result);
+    if ((bits & 0xFFFF0000U) == kControlFailure && (bits & 0xFFFFU) != 0) {
+        return static_cast<std::int32_t>(bits & 0xFFFFU);
+    }
+    return result;
+}
+
+ComFailure DescribeCurrentException(std::wstring_view default_source) {
+    try {
+        throw;
+    } catch (const Error& error) {
+        return {ComResultOf(error.number()),
+                error.source().empty() ? std::wstring(default_source) : error.source(),
+                error.description()};
+    } catch (const std::bad_alloc&) {
+        return FromNumber(runtime_error::kOutOfMemory, default_source);
+    } catch (...) {
+        return FromNumber(runtime_error::kInvalidProcedureCall, default_source);
+    }
+}
+
+}  // namespace demovex

@@ -1,0 +1,35 @@
+// The module: its handle, its folder, and the count of what keeps it loaded.
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+
+namespace demovex {
+
+// Set once by the library's entry point, before anything else runs.
+void SetModule(HINSTANCE module) noexcept;
+HINSTANCE Module() noexcept;
+
+// Full path of the file that the module was loaded from. Throws std::bad_alloc.
+std::wstring ModulePath();
+// Its folder, without a trailing backslash.
+std::wstring ModuleFolder();
+
+// Keeps the module loaded while it lives: held by every object, every window and by
+// IClassFactory::LockServer.
+class ModuleLock {
+  public:
+    ModuleLock() noexcept;
+    ~ModuleLock();
+    ModuleLock(const ModuleLock&) = delete;
+    ModuleLock& operator=(const ModuleLock&) = delete;
+
+    // Locks without an owner, for IClassFactory::LockServer.
+    static void Add() noexcept;
+    static void Remove() noexcept;
+    // True when nothing keeps the module loaded.
+    static bool None() noexcept;
+};
+
+}  // namespace demovex
