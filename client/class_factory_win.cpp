@@ -22,7 +22,9 @@ HRESULT ClassFactory::QueryInterface(REFIID iid, void** object) noexcept {
     return S_OK;
 }
 
-ULONG ClassFactory::AddRef() noexcept { return ++references_; }
+ULONG ClassFactory::AddRef() noexcept {
+    return ++references_;
+}
 
 ULONG ClassFactory::Release() noexcept {
     const ULONG left = --references_;

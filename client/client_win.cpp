@@ -1,6 +1,5 @@
 #include "client/client_win.h"
 
-#include <atomic>
 #include <utility>
 
 #include "client/guard_win.h"
@@ -51,9 +50,8 @@ ComPtr<Client> Client::Create(ClientParts parts) {
 
 Client::Client(ClientParts parts)
     : parts_(std::move(parts)),
-      plug_in_({*parts_.text, *parts_.sound, parts_.folder, [this] {
-                    return parts_.create_window(std::make_shared<HostOwner>(this));
-                }}) {}
+      plug_in_({*parts_.text, *parts_.sound, parts_.folder,
+                [this] { return parts_.create_window(std::make_shared<HostOwner>(this)); }}) {}
 
 HRESULT Client::QueryInterface(REFIID iid, void** object) noexcept {
     if (!object) return E_POINTER;
@@ -73,7 +71,9 @@ HRESULT Client::QueryInterface(REFIID iid, void** object) noexcept {
     return S_OK;
 }
 
-ULONG Client::AddRef() noexcept { return ++references_; }
+ULONG Client::AddRef() noexcept {
+    return ++references_;
+}
 
 ULONG Client::Release() noexcept {
     const ULONG left = --references_;

@@ -13,6 +13,7 @@
 #include <oaidl.h>
 #include <ocidl.h>
 
+#include <atomic>
 #include <functional>
 #include <memory>
 #include <string>

@@ -4,6 +4,8 @@
 
 #include <windows.h>
 
+#include <unknwn.h>
+
 #include <utility>
 
 #include "client/com_result.h"

@@ -9,15 +9,20 @@ HINSTANCE g_module = nullptr;
 std::atomic<long> g_locks{0};
 }  // namespace
 
-void SetModule(HINSTANCE module) noexcept { g_module = module; }
-HINSTANCE Module() noexcept { return g_module; }
+void SetModule(HINSTANCE module) noexcept {
+    g_module = module;
+}
+HINSTANCE Module() noexcept {
+    return g_module;
+}
 
 std::wstring ModulePath() {
     std::wstring path(MAX_PATH, L'\0');
     for (;;) {
         const DWORD length =
             GetModuleFileNameW(g_module, path.data(), static_cast<DWORD>(path.size()));
-        // a path that was cut fills the buffer; the longest path of the system has 32,767 characters
+        // a path that was cut fills the buffer; the longest path of the system has 32,767
+        // characters
         if (length < path.size() || path.size() > 0x8000) {
             path.resize(length);
             return path;
@@ -33,10 +38,20 @@ std::wstring ModuleFolder() {
     return path;
 }
 
-ModuleLock::ModuleLock() noexcept { Add(); }
-ModuleLock::~ModuleLock() { Remove(); }
-void ModuleLock::Add() noexcept { ++g_locks; }
-void ModuleLock::Remove() noexcept { --g_locks; }
-bool ModuleLock::None() noexcept { return g_locks == 0; }
+ModuleLock::ModuleLock() noexcept {
+    Add();
+}
+ModuleLock::~ModuleLock() {
+    Remove();
+}
+void ModuleLock::Add() noexcept {
+    ++g_locks;
+}
+void ModuleLock::Remove() noexcept {
+    --g_locks;
+}
+bool ModuleLock::None() noexcept {
+    return g_locks == 0;
+}
 
 }  // namespace demovex

@@ -18,9 +18,13 @@ std::shared_ptr<IClientWindow> PlugIn::Window() const {
     return window_;
 }
 
-std::wstring PlugIn::Caption() const { return Window()->Caption(); }
+std::wstring PlugIn::Caption() const {
+    return Window()->Caption();
+}
 
-std::wstring PlugIn::EnumURLPrefixes(bool) const { return {}; }
+std::wstring PlugIn::EnumURLPrefixes(bool) const {
+    return {};
+}
 
 void PlugIn::Initialize() {
     auto fresh = parts_.create_window();
@@ -45,6 +49,8 @@ void PlugIn::OnSelectURL(std::wstring_view URL, std::wstring_view CatalogPositio
     if (!has_info) parts_.sound.Play(parts_.folder + std::wstring(kOrderSound));
 }
 
-void PlugIn::OpenFile(std::wstring_view Path) { Window()->Load(std::wstring(Path)); }
+void PlugIn::OpenFile(std::wstring_view Path) {
+    Window()->Load(std::wstring(Path));
+}
 
 }  // namespace demovex

@@ -35,7 +35,9 @@ std::vector<std::wstring> OwnTrees() {
     };
 }
 
-std::wstring LibraryKey() { return Join(L"TypeLib\\", kLibrary); }
+std::wstring LibraryKey() {
+    return Join(L"TypeLib\\", kLibrary);
+}
 
 }  // namespace
 

@@ -91,8 +91,7 @@ void RegistryClasses::DeleteTree(std::wstring_view key) {
     const std::wstring full = FullKey(key);
     {
         Key open;
-        const LSTATUS status =
-            RegOpenKeyExW(root_, full.c_str(), 0, KEY_READ | DELETE, open.Out());
+        const LSTATUS status = RegOpenKeyExW(root_, full.c_str(), 0, KEY_READ | DELETE, open.Out());
         if (status == ERROR_FILE_NOT_FOUND) return;
         Require(status);
         Require(DeleteBelow(open.Get()));

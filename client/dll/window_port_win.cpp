@@ -1,4 +1,4 @@
-#include "client/window_port_win.h"
+#include "client/dll/window_port_win.h"
 
 #include <string>
 #include <utility>

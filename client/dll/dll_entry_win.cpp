@@ -1,0 +1,59 @@
+// The exported entry points of DemoVexClient.dll.
+#include <windows.h>
+
+#include "client/class_factory_win.h"
+#include "client/dll/window_port_win.h"
+#include "client/guard_win.h"
+#include "client/install_win.h"
+#include "client/module_win.h"
+#include "platform/sound_win.h"
+#include "platform/text_win.h"
+
+namespace {
+
+// What every Client works with, made anew for each.
+demovex::ClientParts RealParts() {
+    return {demovex::MakeTextService(), demovex::MakeSound(), demovex::ModuleFolder(),
+            demovex::CreateBasketWindow};
+}
+
+}  // namespace
+
+// Nothing but the module's handle is taken here: the loader's lock is held.
+extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, void*) noexcept {
+    if (reason == DLL_PROCESS_ATTACH) demovex::SetModule(module);
+    return TRUE;
+}
+
+extern "C" HRESULT STDMETHODCALLTYPE DllGetClassObject(REFCLSID class_id, REFIID iid,
+                                                       void** object) noexcept {
+    using namespace demovex;
+    if (!object) return E_POINTER;
+    *object = nullptr;
+    if (class_id != CLSID_Client) return CLASS_E_CLASSNOTAVAILABLE;
+    ComPtr<ClassFactory> factory;
+    const HRESULT result =
+        Guarded(IID_IClassFactory, [&] { factory = ClassFactory::Create(RealParts); });
+    return FAILED(result) ? result : factory->QueryInterface(iid, object);
+}
+
+extern "C" HRESULT STDMETHODCALLTYPE DllCanUnloadNow() noexcept {
+    return demovex::CanUnloadNow();
+}
+
+extern "C" HRESULT STDMETHODCALLTYPE DllRegisterServer() noexcept {
+    return demovex::RegisterServer(demovex::InstallPlace::kMachineElseUser);
+}
+
+extern "C" HRESULT STDMETHODCALLTYPE DllUnregisterServer() noexcept {
+    return demovex::UnregisterServer(demovex::InstallPlace::kMachineElseUser);
+}
+
+// `regsvr32 /n /i:user` registers for the user alone; any other text means what DllRegisterServer
+// does.
+extern "C" HRESULT STDMETHODCALLTYPE DllInstall(BOOL install, LPCWSTR command_line) noexcept {
+    const bool user = command_line && lstrcmpiW(command_line, L"user") == 0;
+    const auto place =
+        user ? demovex::InstallPlace::kUser : demovex::InstallPlace::kMachineElseUser;
+    return install ? demovex::RegisterServer(place) : demovex::UnregisterServer(place);
+}

@@ -1,0 +1,48 @@
+#include "client/install_win.h"
+
+#include <olectl.h>
+
+#include <string>
+
+#include "base/error.h"
+#include "client/module_win.h"
+#include "client/registry_win.h"
+
+namespace demovex {
+
+HRESULT RegisterServer(InstallPlace place) noexcept {
+    try {
+        const std::wstring dll = ModulePath();
+        if (place == InstallPlace::kMachineElseUser) {
+            try {
+                RegistryClasses machine(RegistryClasses::Place::kMachine);
+                RegisterClasses(machine, dll);
+                return S_OK;
+            } catch (const Error&) {
+                // not permitted: the user alone, then
+            }
+        }
+        RegistryClasses user(RegistryClasses::Place::kUser);
+        RegisterClasses(user, dll);
+        return S_OK;
+    } catch (...) {
+        return SELFREG_E_CLASS;
+    }
+}
+
+HRESULT UnregisterServer(InstallPlace place) noexcept {
+    bool refused = false;
+    const auto remove = [&](RegistryClasses::Place from) {
+        try {
+            RegistryClasses classes(from);
+            UnregisterClasses(classes);
+        } catch (...) {
+            refused = true;
+        }
+    };
+    remove(RegistryClasses::Place::kUser);
+    if (place == InstallPlace::kMachineElseUser) remove(RegistryClasses::Place::kMachine);
+    return refused ? SELFREG_E_CLASS : S_OK;
+}
+
+}  // namespace demovex
