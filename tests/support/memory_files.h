@@ -107,8 +107,10 @@ class MemoryFiles final : public IFileSystem {
         files_.erase(file);
     }
 
-    std::unique_ptr<IRandomReader> OpenShared(std::wstring_view) override {
-        RaiseRuntimeError(5);  // nothing here reads at random
+    std::unique_ptr<IRandomReader> OpenShared(std::wstring_view path) override {
+        Step("OpenShared", path);
+        if (!files_.contains(std::wstring(path))) RaiseRuntimeError(Exists(path) ? 75 : 53);
+        return std::make_unique<Reader>(*this, std::wstring(path));
     }
 
   private:
@@ -141,6 +143,26 @@ class MemoryFiles final : public IFileSystem {
         MemoryFiles& files_;
         std::wstring path_;
         bool open_ = true;
+    };
+
+    class Reader final : public IRandomReader {
+      public:
+        Reader(MemoryFiles& files, std::wstring path)
+            : files_(files), path_(std::move(path)), size_(files_.files_[path_].bytes.size()) {
+            ++files_.files_[path_].open;
+        }
+        ~Reader() override { --files_.files_[path_].open; }
+        std::uint64_t Size() const override { return size_; }
+        std::string_view Read(std::uint64_t offset, std::size_t length) override {
+            const std::string_view bytes = files_.files_[path_].bytes;
+            if (offset > bytes.size() || bytes.size() - offset < length) RaiseRuntimeError(57);
+            return bytes.substr(static_cast<std::size_t>(offset), length);
+        }
+
+      private:
+        MemoryFiles& files_;
+        std::wstring path_;
+        std::uint64_t size_;
     };
 
     void Step(std::string operation, std::wstring_view path) {

@@ -1,0 +1,87 @@
+// The rows of the basket: adding, completing and inserting articles, the row types, the line
+// numbers, and the rows as items of a container.
+//
+// Rows 1 to Rows − 2 of the grid are the basket; row 0 is the header, the last row the totals.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "base/key_value.h"
+#include "basket/basket_rooms.h"
+#include "basket/totals.h"
+
+namespace demovex {
+
+// What the rows need of the cell editor.
+class ICellCommit {
+  public:
+    virtual ~ICellCommit() = default;
+    virtual void CommitCellEdit() = 0;
+    virtual void CloseEditor() = 0;
+    virtual void Liste_RowColChange() = 0;
+};
+
+class BasketRows final : public IBasketRows {
+  public:
+    // All outlive the rows.
+    BasketRows(BasketContext& context, ICellCommit& editor, IArticleLookup& articles);
+
+    // Two rows, ten columns, captions, widths; (0, 2) is current.
+    void BuildEmptyGrid();
+
+    // Adds `Menge` of an article at the end; the basket's last row takes it when it has the same
+    // number (exact comparison). True when a new row was added and the article was found. An
+    // unknown number leaves a row with number and catalogue columns alone and raises 13.
+    bool AddArtikel(const std::wstring& ArtikelNr, const std::wstring& Katalog,
+                    const std::wstring& KatalogURL, std::int32_t Menge) override;
+
+    // Completes `row` from the article master; `Menge` −1 keeps the quantity. True when the article
+    // was found; otherwise nothing is changed.
+    bool RefreshArtikel(std::int32_t row, std::int32_t Menge);
+
+    // Inserts `rowcount` empty rows before `row` (1 to Rows − 1, else 9 is raised); below 1 none.
+    void InsertArtikel(std::int32_t row, std::int32_t rowcount);
+
+    // 1 for a row whose article number is empty, else 0.
+    std::int32_t GetRowType(std::int32_t row) const;
+    bool IsArticleRow(std::int32_t row) const { return GetRowType(row) == 0; }
+
+    // Puts the line numbers of rows `first` to Rows − 2 right.
+    void Renumber(std::int32_t first);
+
+    // Moves the block of basket rows to begin at `to`; line numbers stay where they are.
+    void MoveRows(std::int32_t first, std::int32_t count, std::int32_t to);
+
+    // --- IBasketRows
+    void CommitCellEdit() override { editor_.CommitCellEdit(); }
+    void CloseEditor() override { editor_.CloseEditor(); }
+    void Liste_RowColChange() override { editor_.Liste_RowColChange(); }
+    void RecalculateTotals(std::int32_t row) override { totals_.Recalculate(row); }
+    void RemoveRows(std::int32_t first, std::int32_t count) override;
+    void ClearRows() override;
+    void SetCell(std::int32_t row, std::int32_t col, std::wstring_view text) override;
+
+    // --- the rows as a container's items; the tag is the column
+    std::int32_t Count() const;
+    std::int32_t EnumItems();
+    std::int32_t CompareItems(std::int32_t id1, std::int32_t id2, std::int32_t tag) const;
+    std::int32_t CompareItem(const KeyValue& key, std::int32_t id, std::int32_t tag) const;
+
+  private:
+    void MergeIntoRow(std::int32_t row, std::int32_t menge);
+    bool AppendRow(const std::wstring& nr, const std::wstring& katalog,
+                   const std::wstring& katalog_url, std::int32_t menge);
+    void DressRow(std::int32_t row);
+
+    BasketContext& context_;
+    IFlexGrid& grid_;
+    BasketState& state_;
+    ICellCommit& editor_;
+    IArticleLookup& articles_;
+    Totals totals_;
+    std::int32_t cursor_ = 0;
+};
+
+}  // namespace demovex

@@ -1,0 +1,307 @@
+#include "basket/cell_editor.h"
+
+#include <algorithm>
+
+#include "base/error.h"
+#include "basket/columns.h"
+#include "basket/editor_keys.h"
+#include "basket/scopes.h"
+
+namespace demovex {
+namespace {
+
+// A cell that runs under the grid's border or scroll bar is not edited.
+constexpr Twips kEdgeMargin = 90;
+// The text box inside the cell.
+constexpr Twips kTextLeft = 45;
+constexpr Twips kTextTop = 15;
+// The list below a cell, and its entries.
+constexpr Twips kListBelow = 225;
+constexpr Twips kEntryHeight = 195;
+constexpr std::int32_t kShownEntries = 3;
+
+}  // namespace
+
+CellEditor::CellEditor(BasketContext& context, BasketRows& rows)
+    : context_(context),
+      grid_(context.Liste),
+      view_(context.view.Editor()),
+      state_(context.state),
+      rows_(rows) {}
+
+bool CellEditor::WhollyVisible() const {
+    const std::int32_t row = grid_.Row();
+    const std::int32_t col = grid_.Col();
+    if (col < grid_.LeftCol() || row < grid_.TopRow()) return false;
+    if (col < grid_.Cols() - 1 && grid_.ColPos(col + 1) >= grid_.Width() - kEdgeMargin) {
+        return false;
+    }
+    return row >= grid_.Rows() - 1 || grid_.RowPos(row + 1) <= grid_.Height() - kEdgeMargin;
+}
+
+bool CellEditor::Editable() const {
+    const std::int32_t row = grid_.Row();
+    const std::int32_t col = grid_.Col();
+    if (row < 1 || row >= grid_.Rows() - 1) return false;
+    if (row != grid_.RowSel() || col != grid_.ColSel()) return false;
+    const bool article = rows_.IsArticleRow(row);
+    const bool by_column = col == column::kArtNr || col == column::kBezeichnung
+                               ? !article
+                               : col == column::kMenge && article;
+    return by_column && WhollyVisible();
+}
+
+bool CellEditor::OffersList() const {
+    return offers_ != nullptr && offers_(grid_.Row(), grid_.Col());
+}
+
+void CellEditor::Place() {
+    const TwipsPoint grid = context_.view.GridOrigin();
+    const Twips width = grid_.CellWidth();
+    const Twips height = grid_.CellHeight();
+    const Twips button = OffersList() ? view_.ComboButtonWidth() : 0;
+    view_.MoveBackground({grid.x + grid_.CellLeft(), grid.y + grid_.CellTop(), width, height});
+    view_.MoveText({kTextLeft, kTextTop, width - kTextLeft - button, height - kTextTop});
+    if (button != 0) view_.MoveComboButton({width - button, 0, button, height});
+}
+
+void CellEditor::Open() {
+    grid_.SetFocusRect(FocusRectStyle::kNone);
+    Place();
+    state_.EditRow = grid_.Row();
+    state_.EditCol = grid_.Col();
+    view_.SetMaxLength(state_.EditCol == column::kBezeichnung ? kMaxBezeichnung : 0);
+    state_.LastValidText = grid_.TextMatrix(state_.EditRow, state_.EditCol);
+    view_.SetText(state_.LastValidText);
+    view_.ShowText();
+    const bool list = OffersList();
+    view_.ShowComboButton(list);
+    if (list) view_.DrawComboButton(false);
+    view_.ShowBackground(true);
+    view_.Select(0, static_cast<std::int32_t>(view_.Text().size()));
+    RememberSelection();
+    view_.EnableSetFocusTimer(true);
+}
+
+void CellEditor::Liste_RowColChange() {
+    if (state_.InitPending || state_.Loading) return;
+    if (grid_.RowSel() == grid_.Row()) {
+        context_.view.SetStatusText(grid_.TextMatrix(grid_.Row(), column::kKatalog));
+    } else {
+        context_.view.SetStatusText(L"");
+    }
+    CommitCellEdit();
+    if (state_.SuppressEditor) return;
+    if (Editable()) Open();
+}
+
+void CellEditor::Liste_Scroll() {
+    CommitCellEdit();
+    Liste_RowColChange();
+}
+
+void CellEditor::CommitCellEdit() {
+    if (!view_.BackgroundVisible()) return;
+    if (view_.ComboListVisible()) IPComboList_LostFocus();
+    view_.EnableSetFocusTimer(false);
+    view_.ShowBackground(false);
+    // From here on the editor is closed, so that whatever happens meanwhile (a message, a nested
+    // change of the current cell) finds nothing to commit.
+    struct FocusRectBack {
+        CellEditor& editor;
+        ~FocusRectBack() {
+            if (editor.view_.BackgroundVisible()) return;  // opened again meanwhile
+            editor.grid_.SetFocusRect(FocusRectStyle::kLight);
+        }
+    } focus_rect_back{*this};
+
+    state_.Modified = true;
+    const std::int32_t row = state_.EditRow;
+    const std::int32_t col = state_.EditCol;
+    const std::wstring typed = view_.Text();
+    const std::wstring old(grid_.TextMatrix(row, col));
+    rows_.SetCell(row, col, typed);
+    if (col == column::kArtNr && rows_.IsArticleRow(row)) {
+        CommitArticleNumber(row, col, typed, old);
+    } else if (col == column::kMenge) {
+        // The current cell may be another one already when a click has moved it.
+        if (row != grid_.Row()) rows_.RecalculateTotals(row);
+        rows_.RecalculateTotals(grid_.Row());
+    }
+}
+
+void CellEditor::CommitArticleNumber(std::int32_t row, std::int32_t col, const std::wstring& typed,
+                                     const std::wstring& old) {
+    if (rows_.RefreshArtikel(row, 1)) {
+        CommitCellEdit();
+        Liste_RowColChange();
+        return;
+    }
+    context_.services.messages.Show(L"'" + typed + L"' ist keine gültige Artikelnummer", L"",
+                                    MessageButtons::kOk, MessageIcon::kNone);
+    // While the message stood there, the host may have replaced the basket; only the cell that
+    // still holds the refused number gets its old text back.
+    if (row < grid_.Rows() - 1 && grid_.TextMatrix(row, col) == typed) {
+        rows_.SetCell(row, col, old);
+    }
+}
+
+void CellEditor::CloseEditor() {
+    // A number just typed and found opens the editor on the quantity, whose commit opens nothing.
+    for (int round = 0; round < 3 && view_.BackgroundVisible(); ++round) CommitCellEdit();
+}
+
+void CellEditor::Realign() {
+    if (!view_.BackgroundVisible()) return;
+    if (state_.EditRow == grid_.Row() && state_.EditCol == grid_.Col() && WhollyVisible()) {
+        Place();
+    } else {
+        CommitCellEdit();
+    }
+}
+
+void CellEditor::IPText_KeyDown(int& key_code, int shift) {
+    RememberSelection();
+    const EditorKeyRow* row = FindEditorKey(*this, key_code, shift);
+    if (row == nullptr) return;
+    key_code = 0;
+    row->act(*this);
+}
+
+void CellEditor::IPText_KeyPress(int& key_ascii) {
+    if (key_ascii == key_code::kReturn) key_ascii = 0;
+}
+
+void CellEditor::CommitAndSend(GridKey key) {
+    CommitCellEdit();
+    context_.view.SendGridKey(key);
+}
+
+void CellEditor::Reopen() {
+    CommitCellEdit();
+    Liste_RowColChange();
+}
+
+void CellEditor::ReturnInDescription() {
+    if (state_.EditRow == grid_.Rows() - 1) {
+        rows_.AddArtikel(L"", L"", L"", 1);
+    } else {
+        rows_.InsertArtikel(state_.EditRow + 1, 1);
+    }
+}
+
+void CellEditor::ExtendSelection(std::int32_t step) {
+    SuppressEditorScope suppress(state_);
+    CloseEditor();
+    suppress.Set();
+    grid_.SetRow(state_.EditRow);
+    grid_.SetRowSel(state_.EditRow + step);
+}
+
+void CellEditor::IPText_Change() {
+    if (state_.EditCol != column::kMenge) return;
+    const std::wstring text = view_.Text();
+    try {
+        context_.services.text.ToNumber(text);
+    } catch (const Error&) {
+        RestoreLastValidText();
+        return;
+    }
+    state_.LastValidText = text;
+    RememberSelection();
+}
+
+void CellEditor::RememberSelection() {
+    before_start_ = view_.SelStart();
+    before_length_ = view_.SelLength();
+}
+
+void CellEditor::RestoreLastValidText() {
+    const std::int32_t start = before_start_;
+    const std::int32_t length = before_length_;
+    view_.SetText(state_.LastValidText);
+    // The caret goes back to where it was before the refused change: "1a2" is typed as "12".
+    const auto size = static_cast<std::int32_t>(state_.LastValidText.size());
+    const std::int32_t kept = std::clamp(start, 0, size);
+    view_.Select(kept, std::clamp(length, 0, size - kept));
+}
+
+void CellEditor::IPComboButton_Click() {
+    if (view_.ComboListVisible()) {
+        IPComboList_LostFocus();
+        return;
+    }
+    const TwipsPoint grid = context_.view.GridOrigin();
+    const Twips height = view_.ComboListHeight();
+    const Twips cell_top = grid_.CellTop();
+    const bool above = grid_.Height() < cell_top + height;
+    view_.MoveComboList(grid_.CellLeft(), grid.y + cell_top + (above ? -height : kListBelow));
+    const std::wstring current(grid_.TextMatrix(grid_.Row(), grid_.Col()));
+    std::int32_t selected = -1;
+    for (std::int32_t i = 0; i < view_.ComboListCount() && selected < 0; ++i) {
+        if (view_.ComboListText(i) == current) selected = i;
+    }
+    view_.SetComboListIndex(selected);
+    view_.ShowComboList(true);
+    view_.FocusComboList();
+    view_.DrawComboButton(true);
+    view_.EnableSetFocusTimer(true);
+}
+
+void CellEditor::IPComboList_KeyDown(int& key, int shift) {
+    static_cast<void>(shift);  // the list does not tell shift states apart
+    switch (key) {
+        case key_code::kReturn:
+            TakeListEntry(view_.ComboListIndex());
+            break;
+        case key_code::kF2:
+        case key_code::kF4:
+        case key_code::kEscape:
+            break;
+        default:
+            return;
+    }
+    key = 0;
+    IPComboList_LostFocus();
+}
+
+void CellEditor::IPComboList_MouseMove(Twips y) {
+    const std::int32_t entry = std::clamp(y / kEntryHeight, 0, kShownEntries - 1);
+    const std::int32_t last = view_.ComboListCount() - 1;
+    if (last >= 0) view_.SetComboListIndex(std::min(entry, last));
+}
+
+void CellEditor::IPComboList_MouseUp(Twips y) {
+    const std::int32_t entry = y / kEntryHeight;
+    if (entry < kShownEntries) TakeListEntry(entry);
+    IPComboList_LostFocus();
+}
+
+void CellEditor::TakeListEntry(std::int32_t index) {
+    if (index < 0 || index >= view_.ComboListCount()) return;
+    const std::wstring entry = view_.ComboListText(index);
+    view_.SetText(entry);
+    view_.Select(0, static_cast<std::int32_t>(view_.Text().size()));
+}
+
+void CellEditor::IPComboList_LostFocus() {
+    if (!view_.ComboListVisible()) return;
+    view_.ShowComboList(false);
+    view_.DrawComboButton(false);
+}
+
+void CellEditor::CloseList() {
+    if (view_.ComboListVisible()) IPComboList_LostFocus();
+}
+
+void CellEditor::SetFocusTimer_Timer() {
+    if (view_.ComboListVisible()) {
+        if (view_.ComboListHasFocus()) return;
+        IPComboList_LostFocus();
+    } else if (view_.BackgroundVisible()) {
+        view_.FocusText();
+    }
+    view_.EnableSetFocusTimer(false);
+}
+
+}  // namespace demovex

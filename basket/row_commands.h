@@ -1,0 +1,45 @@
+// The commands that change the basket's rows: append, insert above, delete, move up and down.
+//
+// Each first closes the editor and ends by opening it on the resulting current cell. The outcome is
+// that of working row by row from the selection's anchor, at the cost of one operation on the grid.
+#pragma once
+
+#include <cstdint>
+
+#include "basket/basket_rows.h"
+
+namespace demovex {
+
+class RowCommands {
+  public:
+    // Both outlive the commands.
+    RowCommands(BasketContext& context, BasketRows& rows);
+
+    void mnuEditNeueZeile_Click();
+    // As many rows as are selected, above the anchor row; with the header current one at the end.
+    void mnuEditZeileOberhalbEinfügen_Click();
+    // As many rows as are selected, from the anchor row down, up to the totals row; beeps when the
+    // header is current.
+    void mnuEditZeilenLöschen_Click();
+    void mnuEditZeilenNachOben_Click();
+    void mnuEditZeilenNachUnten_Click();
+
+  private:
+    struct Selection {
+        std::int32_t first;
+        std::int32_t last;
+        std::int32_t Count() const { return last - first + 1; }
+    };
+    Selection SelectedRows() const;
+    void AppendEmptyRow();
+    void ClearShownTotals();
+    bool CanMove(std::int32_t step) const;
+    void MoveSelection(std::int32_t step);
+
+    BasketContext& context_;
+    IFlexGrid& grid_;
+    BasketState& state_;
+    BasketRows& rows_;
+};
+
+}  // namespace demovex

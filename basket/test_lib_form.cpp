@@ -1,0 +1,293 @@
+#include "basket/test_lib_form.h"
+
+#include "base/error.h"
+#include "basket/article_master.h"
+#include "basket/basket_rooms.h"
+#include "basket/basket_rows.h"
+#include "basket/cell_editor.h"
+#include "basket/clipboard_text.h"
+#include "basket/printing.h"
+#include "basket/row_commands.h"
+#include "basket/view_commands.h"
+
+namespace demovex {
+
+// Rooms refer to each other, so some bind references to rooms that are built after them; none uses
+// them before all are built.
+struct TestLibForm::Rooms {
+    Rooms(TestLibForm& form, IFlexGrid& liste, IBasketView& view, Services& services)
+        : context{liste, view, services, state},
+          moArtikelstamm(services.files, services.text),
+          editor(context, rows),
+          rows(context, editor, moArtikelstamm),
+          row_commands(context, rows),
+          clipboard(context, rows),
+          view_commands(context, editor, form.moLibrary),
+          printing(
+              context, [this] { editor.CloseEditor(); }, [this] { return state.Caption; }) {}
+
+    BasketState state;
+    BasketContext context;
+    ArticleMaster moArtikelstamm;
+    CellEditor editor;
+    BasketRows rows;
+    RowCommands row_commands;
+    ClipboardCommands clipboard;
+    ViewCommands view_commands;
+    Printing printing;
+    bool unloading = false;
+};
+
+TestLibForm::TestLibForm(IFlexGrid& liste, IBasketView& view, Services& services)
+    : rooms_(std::make_unique<Rooms>(*this, liste, view, services)) {
+    rooms_->state.Caption = kDesignedCaption;
+}
+
+TestLibForm::~TestLibForm() = default;
+
+// --- set-up, layout, unload
+
+void TestLibForm::Initialize() {
+    Rooms& r = *rooms_;
+    r.state.InitPending = true;
+    r.view_commands.ReadSettings();
+    r.context.view.BuildToolbar();
+    r.view_commands.BuildMenus();
+    r.moArtikelstamm.Open(r.context.services.component_folder + L"\\artikel.db");
+    try {
+        r.rows.BuildEmptyGrid();
+    } catch (...) {
+        r.moArtikelstamm.Close();  // a set-up that fails leaves no open file behind
+        throw;
+    }
+    r.state.InitPending = false;
+}
+
+void TestLibForm::DoReSize() {
+    rooms_->view_commands.Form_Resize();
+}
+
+void TestLibForm::Form_Resize() {
+    rooms_->view_commands.Form_Resize();
+}
+
+bool TestLibForm::Form_Unload() {
+    Rooms& r = *rooms_;
+    // A second wish to close while the first still asks its question.
+    if (r.unloading) return true;
+    struct Unloading {
+        bool& flag;
+        ~Unloading() { flag = false; }
+    } unloading{r.unloading};
+    r.unloading = true;
+
+    r.editor.CloseEditor();
+    // Neither a settings store that refuses nor a host that fails keeps the window open: it says so
+    // and goes.
+    const auto go_on = [&r](auto&& step) {
+        try {
+            step();
+        } catch (const Error& error) {
+            r.context.services.messages.Show(error.description(), r.state.Caption,
+                                             MessageButtons::kOk, MessageIcon::kExclamation);
+        }
+    };
+    go_on([&] { r.view_commands.WriteSettings(); });
+    if (moLibrary != nullptr) go_on([&] { moLibrary->ClientClosing(); });
+    moLibrary = nullptr;
+    return false;
+}
+
+void TestLibForm::SetFocusTimer_Timer() {
+    rooms_->editor.SetFocusTimer_Timer();
+}
+
+// --- rows
+
+bool TestLibForm::AddArtikel(const std::wstring& ArtikelNr, const std::wstring& Katalog,
+                             const std::wstring& KatalogURL, bool& HasInfo, std::int32_t Menge,
+                             bool UseExternalInfoBox) {
+    static_cast<void>(HasInfo);
+    static_cast<void>(UseExternalInfoBox);
+    return rooms_->rows.AddArtikel(ArtikelNr, Katalog, KatalogURL, Menge);
+}
+
+bool TestLibForm::RefreshArtikel(std::int32_t row, std::int32_t Menge) {
+    return rooms_->rows.RefreshArtikel(row, Menge);
+}
+
+void TestLibForm::InsertArtikel(std::int32_t row, std::int32_t rowcount) {
+    rooms_->rows.InsertArtikel(row, rowcount);
+}
+
+std::int32_t TestLibForm::GetRowType(std::int32_t row) const {
+    return rooms_->rows.GetRowType(row);
+}
+
+void TestLibForm::CommitCellEdit() {
+    rooms_->editor.CommitCellEdit();
+}
+
+// --- files
+
+void TestLibForm::Load(const std::wstring& Path) {
+    static_cast<void>(Path);
+}
+
+const std::wstring& TestLibForm::Caption() const {
+    return rooms_->state.Caption;
+}
+
+bool TestLibForm::Modified() const {
+    return rooms_->state.Modified;
+}
+
+// --- events
+
+void TestLibForm::RowColChange() {
+    rooms_->editor.Liste_RowColChange();
+}
+
+// A selection that grows or shrinks around the same current cell leaves the editor as it is.
+void TestLibForm::SelChange() {}
+
+void TestLibForm::Scroll() {
+    rooms_->editor.Liste_Scroll();
+}
+
+void TestLibForm::Liste_DblClick() {
+    rooms_->view_commands.mnuAnsichtGotoCatalogPage_Click();
+}
+
+void TestLibForm::Liste_MouseUp(int Button, int Shift, Twips X, Twips Y) {
+    constexpr int kRightButton = 2;
+    if (Button != kRightButton || Shift != 0) return;
+    const TwipsPoint grid = rooms_->context.view.GridOrigin();
+    rooms_->context.view.PopupContextMenu({grid.x + X, grid.y + Y});
+}
+
+void TestLibForm::IPText_KeyDown(int& KeyCode, int Shift) {
+    rooms_->editor.IPText_KeyDown(KeyCode, Shift);
+}
+
+void TestLibForm::IPText_KeyPress(int& KeyAscii) {
+    rooms_->editor.IPText_KeyPress(KeyAscii);
+}
+
+void TestLibForm::IPText_Change() {
+    rooms_->editor.IPText_Change();
+}
+
+void TestLibForm::IPComboButton_Click() {
+    rooms_->editor.IPComboButton_Click();
+}
+
+void TestLibForm::IPComboList_KeyDown(int& KeyCode, int Shift) {
+    rooms_->editor.IPComboList_KeyDown(KeyCode, Shift);
+}
+
+void TestLibForm::IPComboList_MouseMove(int, int, Twips, Twips Y) {
+    rooms_->editor.IPComboList_MouseMove(Y);
+}
+
+void TestLibForm::IPComboList_MouseUp(int, int, Twips, Twips Y) {
+    rooms_->editor.IPComboList_MouseUp(Y);
+}
+
+void TestLibForm::IPComboList_LostFocus() {
+    rooms_->editor.IPComboList_LostFocus();
+}
+
+void TestLibForm::Toolbar_ButtonClick(std::wstring_view key) {
+    Run(CommandForToolbarKey(key));
+}
+
+void TestLibForm::MenuOpened(Command top) {
+    switch (top) {
+        case Command::mnuDatei:
+        case Command::mnuEdit:
+        case Command::mnuAnsicht:
+        case Command::mnuHilfe:
+            rooms_->editor.CloseList();
+            break;
+        default:
+            break;
+    }
+}
+
+void TestLibForm::Run(Command command) {
+    Rooms& r = *rooms_;
+    switch (command) {
+        case Command::mnuDateiDrucken:
+            return r.printing.mnuDateiDrucken_Click();
+        case Command::mnuDateiSendenanZwischenablage:
+            return r.clipboard.mnuDateiSendenanZwischenablage_Click();
+        case Command::mnuEditAusschneiden:
+            return r.clipboard.mnuEditAusschneiden_Click();
+        case Command::mnuEditKopieren:
+            return r.clipboard.mnuEditKopieren_Click();
+        case Command::mnuEditEinfuegen:
+            return r.clipboard.mnuEditEinfuegen_Click();
+        case Command::mnuEditNeueZeile:
+            return r.row_commands.mnuEditNeueZeile_Click();
+        case Command::mnuEditZeileOberhalbEinfügen:
+            return r.row_commands.mnuEditZeileOberhalbEinfügen_Click();
+        case Command::mnuEditZeilenLöschen:
+            return r.row_commands.mnuEditZeilenLöschen_Click();
+        case Command::mnuEditZeilenNachOben:
+            return r.row_commands.mnuEditZeilenNachOben_Click();
+        case Command::mnuEditZeilenNachUnten:
+            return r.row_commands.mnuEditZeilenNachUnten_Click();
+        case Command::mnuAnsichtGotoCatalogPage:
+        case Command::mnuContextGotoCatalog:
+            return r.view_commands.mnuAnsichtGotoCatalogPage_Click();
+        case Command::mnuAnsichtOptColWidth:
+            return r.view_commands.mnuAnsichtOptColWidth_Click();
+        case Command::mnuAnsichtSymbolleiste:
+            return r.view_commands.mnuAnsichtSymbolleiste_Click();
+        case Command::mnuAnsichtStatusleiste:
+            return r.view_commands.mnuAnsichtStatusleiste_Click();
+        case Command::mnuHilfeInfo:
+            return r.context.view.ShowAboutBox();
+        case Command::mnuContextCopySelectionToClipboard:
+            return r.clipboard.mnuContextCopySelectionToClipboard_Click();
+        default:
+            return;  // separators, menus, and items without action
+    }
+}
+
+void TestLibForm::SetOffersList(bool (*offers)(std::int32_t row, std::int32_t col)) {
+    rooms_->editor.SetOffersList(offers);
+}
+
+// --- IMSContainer
+
+std::int32_t TestLibForm::Count(std::int32_t) {
+    return rooms_->rows.Count();
+}
+
+std::int32_t TestLibForm::EnumItems(std::int32_t) {
+    return rooms_->rows.EnumItems();
+}
+
+std::int32_t TestLibForm::CompareItems(std::int32_t id1, std::int32_t id2, std::int32_t Tag) {
+    return rooms_->rows.CompareItems(id1, id2, Tag);
+}
+
+std::int32_t TestLibForm::Hashvalue(std::int32_t, std::int32_t) {
+    return 0;
+}
+
+std::int32_t TestLibForm::HashKeyvalue(const KeyValue&, std::int32_t) {
+    return 0;
+}
+
+std::int32_t TestLibForm::CompareItem(const KeyValue& Key, std::int32_t id, std::int32_t Tag) {
+    return rooms_->rows.CompareItem(Key, id, Tag);
+}
+
+const BasketState& TestLibForm::State() const {
+    return rooms_->state;
+}
+
+}  // namespace demovex

@@ -1,0 +1,155 @@
+#include "basket/totals.h"
+
+#include <cmath>
+#include <string>
+
+#include "base/error.h"
+#include "basket/columns.h"
+
+namespace demovex {
+namespace {
+
+constexpr std::int32_t kAmountColumns[] = {column::kGesamtAts, column::kGesamtEuro};
+constexpr std::int64_t kBillion = 1'000'000'000;
+// Up to here every whole number of hundredths is a double of its own.
+constexpr double kLargestExact = 9007199254740992.0;
+
+bool AffectsTotals(std::int32_t col) {
+    return col == column::kArtNr || col == column::kGesamtAts || col == column::kGesamtEuro;
+}
+
+}  // namespace
+
+double Totals::Sum::Value() const {
+    const std::int64_t high = billions + rest / kBillion;
+    const std::int64_t low = rest % kBillion;
+    constexpr std::int64_t kLimit = 9'000'000'000;
+    if (high > -kLimit && high < kLimit) return static_cast<double>(high * kBillion + low) / 100.0;
+    return static_cast<double>(high) * 1e7 + static_cast<double>(low) / 100.0;
+}
+
+bool Totals::Counts(std::int32_t row) const {
+    return row >= 1 && row <= grid_.Rows() - 2 && !grid_.TextMatrix(row, column::kArtNr).empty();
+}
+
+void Totals::AccountAmount(Sum& sum, std::wstring_view text, int sign) const {
+    // A fresh row's amounts are empty; spare it the exception.
+    if (text.empty()) {
+        sum.unreadable += sign;
+        return;
+    }
+    double value = 0;
+    try {
+        value = text_.ToNumber(text);
+    } catch (const Error& error) {
+        // Too large a number is left to the row-by-row sum, which meets the same error in its turn.
+        (error.number() == runtime_error::kTypeMismatch ? sum.unreadable : sum.inexact) += sign;
+        return;
+    }
+    const double hundredths = std::round(value * 100.0);
+    if (!(std::abs(hundredths) < kLargestExact) || hundredths / 100.0 != value) {
+        sum.inexact += sign;
+        return;
+    }
+    const auto whole = static_cast<std::int64_t>(hundredths);
+    sum.billions += sign * (whole / kBillion);
+    sum.rest += sign * (whole % kBillion);
+}
+
+void Totals::Account(std::int32_t row, int sign) {
+    if (!Counts(row)) return;
+    for (std::size_t i = 0; i < sums_.size(); ++i) {
+        AccountAmount(sums_[i], grid_.TextMatrix(row, kAmountColumns[i]), sign);
+    }
+}
+
+void Totals::SetCell(std::int32_t row, std::int32_t col, std::wstring_view text) {
+    if (!AffectsTotals(col)) {
+        grid_.SetTextMatrix(row, col, text);
+        return;
+    }
+    if (grid_.TextMatrix(row, col) == text) return;
+    Account(row, -1);
+    try {
+        grid_.SetTextMatrix(row, col, text);
+    } catch (...) {
+        Account(row, +1);
+        throw;
+    }
+    Account(row, +1);
+}
+
+void Totals::InsertRows(std::int32_t index, std::int32_t count) {
+    if (index < 1 || index > grid_.Rows() - 1) {
+        RaiseRuntimeError(runtime_error::kSubscriptOutOfRange);
+    }
+    grid_.AddItem(index, count);
+}
+
+void Totals::RemoveRows(std::int32_t first, std::int32_t count) {
+    if (count < 1) return;
+    const std::int32_t end = first + count;
+    const auto account = [&](int sign) {
+        for (std::int32_t row = first; row < end; ++row) Account(row, sign);
+        if (end == grid_.Rows()) Account(first - 1, sign);
+    };
+    if (first < 1 || end > grid_.Rows()) RaiseRuntimeError(runtime_error::kSubscriptOutOfRange);
+    account(-1);
+    try {
+        grid_.RemoveItem(first, count);
+    } catch (...) {
+        account(+1);
+        throw;
+    }
+}
+
+void Totals::MoveRows(std::int32_t first, std::int32_t count, std::int32_t to) {
+    const std::int32_t limit = grid_.Rows() - 1;
+    if (first < 1 || to < 1 || count < 0 || first + count > limit || to + count > limit) {
+        RaiseRuntimeError(runtime_error::kSubscriptOutOfRange);
+    }
+    grid_.MoveRows(first, count, to);
+}
+
+double Totals::Product(std::int32_t row, std::int32_t price_column) const {
+    const double product = text_.ToNumber(grid_.TextMatrix(row, column::kMenge)) *
+                           text_.ToNumber(grid_.TextMatrix(row, price_column));
+    if (!std::isfinite(product)) RaiseRuntimeError(runtime_error::kOverflow);
+    return product;
+}
+
+double Totals::Walk(std::int32_t col) const {
+    double sum = 0;
+    for (std::int32_t row = 1; row <= grid_.Rows() - 2; ++row) {
+        if (!Counts(row)) continue;
+        sum += text_.ToNumber(grid_.TextMatrix(row, col));
+        if (!std::isfinite(sum)) RaiseRuntimeError(runtime_error::kOverflow);
+    }
+    return sum;
+}
+
+void Totals::Recalculate(std::int32_t row) {
+    if (!grid_.TextMatrix(row, column::kArtNr).empty()) {
+        SetCell(row, column::kGesamtAts, text_.FormatAmount(Product(row, column::kPreisAts)));
+        SetCell(row, column::kGesamtEuro, text_.FormatAmount(Product(row, column::kPreisEuro)));
+    }
+    if (sums_[0].inexact == 0 && sums_[1].inexact == 0 &&
+        (sums_[0].unreadable != 0 || sums_[1].unreadable != 0)) {
+        RaiseRuntimeError(runtime_error::kTypeMismatch);
+    }
+    std::array<double, 2> values{};
+    for (std::size_t i = 0; i < sums_.size(); ++i) {
+        values[i] = sums_[i].Plain() ? sums_[i].Value() : Walk(kAmountColumns[i]);
+    }
+    for (std::size_t i = 0; i < sums_.size(); ++i) {
+        SetCell(grid_.Rows() - 1, kAmountColumns[i],
+                values[i] == 0 ? std::wstring() : text_.FormatAmount(values[i]));
+    }
+}
+
+void Totals::Recount() {
+    sums_ = {};
+    for (std::int32_t row = 1; row <= grid_.Rows() - 2; ++row) Account(row, +1);
+}
+
+}  // namespace demovex

@@ -1,0 +1,70 @@
+// The totals of the basket, kept right with every change instead of being summed up anew.
+//
+// The grid's texts are the basket; beside them this keeps, for each of the two amount columns, the
+// sum of the line totals of the rows that count (basket rows with an article number) in whole
+// groschen or cents. Every write of columns 1, 8 and 9 and every insertion, removal or move of rows
+// goes through here, so that a recalculation costs the same in an empty basket and in one of ten
+// thousand lines.
+//
+// Amounts that do not read as a number are counted: while there are any, a recalculation raises the
+// type mismatch that summing up would meet. Amounts that are not whole hundredths or too large to
+// be exact are counted too: while there are any, the totals are summed up row by row.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string_view>
+
+#include "grid/flex_grid.h"
+#include "platform/text.h"
+
+namespace demovex {
+
+class Totals {
+  public:
+    // Both outlive the totals.
+    Totals(IFlexGrid& grid, const ITextService& text) : grid_(grid), text_(text) {}
+
+    // Writes a cell. O(text).
+    void SetCell(std::int32_t row, std::int32_t col, std::wstring_view text);
+
+    // Inserts `count` empty rows before basket row or totals row `index`; raises 9 for any other.
+    void InsertRows(std::int32_t index, std::int32_t count);
+
+    // Removes rows; O(rows removed). When the totals row goes, the row that is last then is no
+    // longer counted.
+    void RemoveRows(std::int32_t first, std::int32_t count);
+
+    // Moves basket rows among themselves (columns 1 to 9); raises 9 when others are touched.
+    void MoveRows(std::int32_t first, std::int32_t count, std::int32_t to);
+
+    // Line totals of `row`, then the totals row. Raises 13 and 6, see IBasketRows.
+    void Recalculate(std::int32_t row);
+
+    // Sums up all rows afresh; for a grid that was changed behind this object's back.
+    void Recount();
+
+  private:
+    // The sum of one column: exact in whole hundredths, split so that it cannot overflow.
+    struct Sum {
+        std::int64_t billions = 0;  // of hundredths
+        std::int64_t rest = 0;      // below a billion in magnitude for each amount added
+        std::int64_t unreadable = 0;
+        std::int64_t inexact = 0;
+        bool Plain() const { return unreadable == 0 && inexact == 0; }
+        double Value() const;
+    };
+
+    bool Counts(std::int32_t row) const;
+    // Takes the amounts of `row` into the sums, or out of them with `sign` −1, when the row counts.
+    void Account(std::int32_t row, int sign);
+    void AccountAmount(Sum& sum, std::wstring_view text, int sign) const;
+    double Product(std::int32_t row, std::int32_t price_column) const;
+    double Walk(std::int32_t col) const;
+
+    IFlexGrid& grid_;
+    const ITextService& text_;
+    std::array<Sum, 2> sums_;  // columns 8 and 9
+};
+
+}  // namespace demovex

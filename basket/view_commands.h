@@ -1,0 +1,40 @@
+// What concerns the window as a whole: layout, view settings, the switches of toolbar and status
+// bar, column widths, the way to the catalogue.
+#pragma once
+
+#include "basket/basket_rooms.h"
+#include "basket/cell_editor.h"
+#include "basket/commands.h"
+
+namespace demovex {
+
+class ViewCommands {
+  public:
+    // Both outlive the commands. `owner` is the form's member, read anew each time.
+    ViewCommands(BasketContext& context, CellEditor& editor, IBasketOwner*& owner);
+
+    // Reads the view settings and shows the bars accordingly. Only "True" itself shows.
+    void ReadSettings();
+    void WriteSettings();
+    // Menu states as designed, and the shortcut texts of cut, copy and paste.
+    void BuildMenus();
+
+    // Places the grid between the bars; the editor is committed. Idle while minimised.
+    void Form_Resize();
+
+    // Shows the current row's catalogue position in the host; a row without one does nothing.
+    // Raises the host's error; 91 when the window has no owner any more.
+    void mnuAnsichtGotoCatalogPage_Click();
+    void mnuAnsichtOptColWidth_Click();
+    void mnuAnsichtSymbolleiste_Click();
+    void mnuAnsichtStatusleiste_Click();
+
+  private:
+    void ShowCheck(Command item, bool checked);
+
+    BasketContext& context_;
+    CellEditor& editor_;
+    IBasketOwner*& owner_;
+};
+
+}  // namespace demovex
