@@ -5,6 +5,7 @@
 #include <string>
 
 #include "basket/basket_rooms.h"
+#include "catalog/artikel_stamm.h"
 #include "platform/files.h"
 #include "platform/text.h"
 
@@ -14,10 +15,9 @@ class ArticleMaster final : public IArticleLookup {
   public:
     // Both outlive the article master.
     ArticleMaster(IFileSystem& files, const ITextService& text);
-    ~ArticleMaster() override;
 
-    // Opens the file, which stays open until Close. Raises what the file raises, with no file open
-    // then.
+    // Opens the file, which stays open until Close. Raises what ArtikelStamm raises, with no file
+    // open then.
     void Open(const std::wstring& path);
     void Close() noexcept;
     bool IsOpen() const noexcept;
@@ -28,7 +28,7 @@ class ArticleMaster final : public IArticleLookup {
   private:
     IFileSystem& files_;
     const ITextService& text_;
-    std::unique_ptr<IRandomReader> file_;
+    std::unique_ptr<ArtikelStamm> stamm_;
 };
 
 }  // namespace demovex

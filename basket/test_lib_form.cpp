@@ -2,15 +2,26 @@
 
 #include "base/error.h"
 #include "basket/article_master.h"
+#include "basket/basket_files.h"
 #include "basket/basket_rooms.h"
 #include "basket/basket_rows.h"
 #include "basket/cell_editor.h"
 #include "basket/clipboard_text.h"
 #include "basket/printing.h"
+#include "basket/recent_files.h"
 #include "basket/row_commands.h"
+#include "basket/sending.h"
 #include "basket/view_commands.h"
 
 namespace demovex {
+namespace {
+
+// Which of several commands numbered in a row, counted from 1.
+std::int32_t IndexFrom1(Command command, Command first) {
+    return static_cast<std::int32_t>(command) - static_cast<std::int32_t>(first) + 1;
+}
+
+}  // namespace
 
 // Rooms refer to each other, so some bind references to rooms that are built after them; none uses
 // them before all are built.
@@ -23,6 +34,9 @@ struct TestLibForm::Rooms {
           row_commands(context, rows),
           clipboard(context, rows),
           view_commands(context, editor, form.moLibrary),
+          recent_files(context),
+          files(context, rows, recent_files),
+          sending(context, rows, recent_files),
           printing(
               context, [this] { editor.CloseEditor(); }, [this] { return state.Caption; }) {}
 
@@ -34,6 +48,9 @@ struct TestLibForm::Rooms {
     RowCommands row_commands;
     ClipboardCommands clipboard;
     ViewCommands view_commands;
+    RecentFiles recent_files;
+    BasketFiles files;
+    Sending sending;
     Printing printing;
     bool unloading = false;
 };
@@ -56,6 +73,7 @@ void TestLibForm::Initialize() {
     r.moArtikelstamm.Open(r.context.services.component_folder + L"\\artikel.db");
     try {
         r.rows.BuildEmptyGrid();
+        r.recent_files.RefreshRecentFiles();
     } catch (...) {
         r.moArtikelstamm.Close();  // a set-up that fails leaves no open file behind
         throw;
@@ -82,6 +100,9 @@ bool TestLibForm::Form_Unload() {
     r.unloading = true;
 
     r.editor.CloseEditor();
+    bool cancel = false;
+    r.files.QuerySaveChanges(cancel);
+    if (cancel) return true;
     // Neither a settings store that refuses nor a host that fails keeps the window open: it says so
     // and goes.
     const auto go_on = [&r](auto&& step) {
@@ -109,6 +130,7 @@ bool TestLibForm::AddArtikel(const std::wstring& ArtikelNr, const std::wstring& 
                              bool UseExternalInfoBox) {
     static_cast<void>(HasInfo);
     static_cast<void>(UseExternalInfoBox);
+    rooms_->files.Thaw();
     return rooms_->rows.AddArtikel(ArtikelNr, Katalog, KatalogURL, Menge);
 }
 
@@ -131,7 +153,7 @@ void TestLibForm::CommitCellEdit() {
 // --- files
 
 void TestLibForm::Load(const std::wstring& Path) {
-    static_cast<void>(Path);
+    rooms_->files.Load(Path);
 }
 
 const std::wstring& TestLibForm::Caption() const {
@@ -160,6 +182,7 @@ void TestLibForm::Liste_DblClick() {
 }
 
 void TestLibForm::Liste_MouseUp(int Button, int Shift, Twips X, Twips Y) {
+    rooms_->files.Thaw();
     constexpr int kRightButton = 2;
     if (Button != kRightButton || Shift != 0) return;
     const TwipsPoint grid = rooms_->context.view.GridOrigin();
@@ -217,7 +240,31 @@ void TestLibForm::MenuOpened(Command top) {
 
 void TestLibForm::Run(Command command) {
     Rooms& r = *rooms_;
+    r.files.Thaw();
     switch (command) {
+        case Command::mnuDateiNeu:
+            return r.files.mnuDateiNeu_Click();
+        case Command::mnuDateiOeffnen:
+            return r.files.mnuDateiOeffnen_Click();
+        case Command::mnuDateiSpeichern:
+            return r.files.mnuDateiSpeichern_Click();
+        case Command::mnuDateiSpeichernUnter:
+            return r.files.mnuDateiSpeichernUnter_Click();
+        case Command::mnuDateiLRU1:
+        case Command::mnuDateiLRU2:
+        case Command::mnuDateiLRU3:
+        case Command::mnuDateiLRU4:
+            return r.files.mnuDateiLRU_Click(IndexFrom1(command, Command::mnuDateiLRU1));
+        case Command::mnuDateiBeenden:
+            return r.files.mnuDateiBeenden_Click();
+        case Command::mnuContextSendTo1:
+        case Command::mnuContextSendTo2:
+        case Command::mnuContextSendTo3:
+        case Command::mnuContextSendTo4:
+            return r.sending.mnuContextSendTo_Click(
+                IndexFrom1(command, Command::mnuContextSendTo1));
+        case Command::mnuContextSendToOther:
+            return r.sending.mnuContextSendToOther_Click();
         case Command::mnuDateiDrucken:
             return r.printing.mnuDateiDrucken_Click();
         case Command::mnuDateiSendenanZwischenablage:

@@ -17,12 +17,13 @@
 
 #include "basket/columns.h"
 #include "basket/test_lib_form.h"
+#include "grid/flex_grid_impl.h"
 #include "tests/support/fake_basket_view.h"
 #include "tests/support/fake_file_dialogs.h"
-#include "tests/support/fake_grid.h"
 #include "tests/support/fake_printer.h"
 #include "tests/support/fake_services.h"
 #include "tests/support/fake_text_service.h"
+#include "tests/support/grid_dump.h"
 #include "tests/support/memory_files.h"
 #include "tests/support/raised.h"
 
@@ -77,23 +78,21 @@ class FakeBasketOwner final : public IBasketOwner {
     }
 };
 
-// `Grid` is anything with the members of IFlexGrid and `events`.
-template <typename Grid>
-class BasicBasketFixture {
+class BasketFixture {
   public:
     static constexpr std::wstring_view kFolder = L"C:\\Basket";
 
-    explicit BasicBasketFixture(FakeLocale locale = FakeLocale::kAustria, bool initialize = true)
+    explicit BasketFixture(FakeLocale locale = FakeLocale::kAustria, bool initialize = true)
         : text(locale),
           services{text,  files, settings, clipboard,    messages,
                    sound, shell, printer,  file_dialogs, std::wstring(kFolder)},
           form(grid, view, services) {
         files.AddFolder(std::wstring(kFolder));
         files.Put(ArticlePath(), ArticleFile(TestArticles()));
-        grid.viewport = {9600, 6000};
-        grid.events = &form;
+        grid.SetFrame({640, 400, 2, 17});  // 9600 by 6000 twips
+        grid.SetEvents(&form);
         view.form = &form;
-        view.send_to_grid = [this](GridKey key) { MoveByKey(key); };
+        view.send_to_grid = [this](GridKey key) { grid.Key(key, false, false); };
         form.moLibrary = &owner;
         if (initialize) form.Initialize();
     }
@@ -108,26 +107,23 @@ class BasicBasketFixture {
     }
 
     // --- what the user does
-    // A press on a cell: it becomes current and the selection collapses onto it.
+    // A press on a cell; one that is out of view or hidden becomes current all the same, as by an
+    // assistive program.
     void Click(std::int32_t row, std::int32_t col) {
-        if (row == grid.Row()) {
-            grid.SetCol(col);
-        } else if (col == grid.Col()) {
-            grid.SetRow(row);
+        const PixelRect cell = grid.CellRect(row, col);
+        if (row >= 1 && col >= 1 && !cell.empty() && cell.right <= grid.View().right &&
+            cell.bottom <= grid.View().bottom) {
+            grid.Press((cell.left + cell.right) / 2, (cell.top + cell.bottom) / 2, false);
+            grid.Release();
         } else {
-            // The control makes both current in one step: one event.
-            grid.events = nullptr;
-            grid.SetRow(row);
-            grid.events = &form;
-            grid.SetCol(col);
+            grid.Select(row, col, row, col);
         }
         view.Tick();
     }
-    // The anchor stays; the selection's other corner moves.
+    // The anchor, and the selection's other corner.
     void Select(std::int32_t row, std::int32_t col, std::int32_t row_sel, std::int32_t col_sel) {
-        Click(row, col);
-        grid.SetRowSel(row_sel);
-        grid.SetColSel(col_sel);
+        grid.Select(row, col, row_sel, col_sel);
+        view.Tick();
     }
     // A key in the text box; what it queues for the grid arrives there.
     void Press(int key, int shift = 0) {
@@ -152,9 +148,9 @@ class BasicBasketFixture {
         for (std::int32_t row = 1; row <= Lines(); ++row) cells.push_back(Cell(row, col));
         return cells;
     }
-    std::string AsText() const { return grid.AsText(); }
+    std::string AsText() const { return DumpGrid(grid); }
 
-    Grid grid;
+    FlexGrid grid;
     FakeBasketView view;
     FakeTextService text;
     MemoryFiles files;
@@ -168,47 +164,6 @@ class BasicBasketFixture {
     Services services;
     FakeBasketOwner owner;
     TestLibForm form;
-
-  private:
-    void MoveByKey(GridKey key) {
-        std::int32_t row = grid.Row();
-        std::int32_t col = grid.Col();
-        const std::int32_t page = 10;
-        const auto step_over_hidden = [&](std::int32_t step) {
-            std::int32_t next = col + step;
-            while (next >= 1 && next < grid.Cols() && grid.ColWidth(next) == 0) next += step;
-            if (next >= 1 && next < grid.Cols()) col = next;
-        };
-        switch (key) {
-            case GridKey::kLeft:
-                step_over_hidden(-1);
-                break;
-            case GridKey::kRight:
-                step_over_hidden(+1);
-                break;
-            case GridKey::kUp:
-                row = std::max(1, row - 1);
-                break;
-            case GridKey::kDown:
-                row = std::min(grid.Rows() - 1, row + 1);
-                break;
-            case GridKey::kPageUp:
-                row = std::max(1, row - page);
-                break;
-            case GridKey::kPageDown:
-                row = std::min(grid.Rows() - 1, row + page);
-                break;
-            case GridKey::kHome:
-                col = 1;
-                break;
-            case GridKey::kEnd:
-                col = grid.Cols() - 1;
-                break;
-        }
-        Click(row, col);
-    }
 };
-
-using BasketFixture = BasicBasketFixture<FakeGrid>;
 
 }  // namespace demovex
