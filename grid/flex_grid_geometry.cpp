@@ -55,11 +55,11 @@ void FlexGrid::Layout() {
     bar_v_ = bar_h_ = false;
     // a bar takes room and may make the other one necessary
     for (int round = 0; round < 2; ++round) {
-        bar_h_ = cols_.Total() > width - (bar_v_ ? frame_.scroll_bar : 0);
-        bar_v_ = rows_.Total() > height - (bar_h_ ? frame_.scroll_bar : 0);
+        bar_h_ = cols_.Total() > width - (bar_v_ ? frame_.bar_width : 0);
+        bar_v_ = rows_.Total() > height - (bar_h_ ? frame_.bar_height : 0);
     }
-    cols_.SetView(width - (bar_v_ ? frame_.scroll_bar : 0));
-    rows_.SetView(height - (bar_h_ ? frame_.scroll_bar : 0));
+    cols_.SetView(width - (bar_v_ ? frame_.bar_width : 0));
+    rows_.SetView(height - (bar_h_ ? frame_.bar_height : 0));
     rows_.SetFirst(std::min(rows_.First(), rows_.MaxFirst()));
     cols_.SetFirst(std::min(cols_.First(), cols_.MaxFirst()));
 }

@@ -5,7 +5,7 @@
 //
 //   FlexGrid grid;                        // 96 dpi, a plain reading of numbers
 //   grid.SetEvents(&handler);             // may be null; the handler outlives the grid or resets
-//   it grid.SetFrame({400, 300, 2, 17});     // outer size, border and scroll bar, in pixels
+//   it grid.SetFrame({400, 300, 2, 17, 17}); // outer size, border and scroll bars, in pixels
 //   grid.SetRows(2); grid.SetCols(10);
 //   grid.Key(GridKey::kDown, false, false);
 //
@@ -55,12 +55,15 @@ class IFlexGridDisplay {
     virtual void SelectionChanged() = 0;
 };
 
-// Outer size of the grid, its border on each side and the thickness of a scroll bar, in pixels.
+// Outer size of the grid, its border on each side, the width of the vertical scroll bar and the
+// height of the horizontal one, in pixels.
 struct GridFrame {
     int width = 0;
     int height = 0;
     int border = 0;
-    int scroll_bar = 0;
+    int bar_width = 0;
+    int bar_height = 0;
+    friend bool operator==(const GridFrame&, const GridFrame&) = default;
 };
 
 // A scroll bar: the position runs from `min` to `max` - `page` + 1.
@@ -241,7 +244,7 @@ class FlexGrid : public IFlexGrid {
     GridAxis rows_;
     GridAxis cols_;
     Cursor cursor_;
-    GridFrame frame_{640, 400, 2, 17};
+    GridFrame frame_{640, 400, 2, 17, 17};
     DragState drag_;
     bool bar_v_ = false;
     bool bar_h_ = false;

@@ -1,0 +1,82 @@
+#include "grid/flex_grid_control_win.h"
+
+#include <algorithm>
+
+#include "grid/flex_grid_impl_win.h"
+
+namespace demovex {
+
+FlexGridControl::FlexGridControl(HINSTANCE module, HWND parent, int id, const TwipsRect& rect,
+                                 Scale scale, const ITextService& text, HFONT font)
+    : impl_(std::make_shared<FlexGridImplWin>(scale, text)) {
+    impl_->Create(module, parent, id, rect);
+    impl_->SetFont(font);
+}
+
+FlexGridControl::~FlexGridControl() {
+    // the control may be destroyed by one of its own events: nothing is raised from here on
+    impl_->events = nullptr;
+    impl_->grid.SetEvents(nullptr);
+    impl_->Destroy();
+}
+
+FlexGrid& FlexGridControl::Grid() {
+    return impl_->grid;
+}
+
+const FlexGrid& FlexGridControl::Grid() const {
+    return impl_->grid;
+}
+
+HWND FlexGridControl::Handle() const noexcept {
+    return impl_->window;
+}
+
+void FlexGridControl::SetEvents(IFlexGridControlEvents* events) noexcept {
+    impl_->events = events;
+}
+
+void FlexGridControl::Move(const TwipsRect& rect) {
+    impl_->Move(rect);
+}
+
+void FlexGridControl::SetFont(HFONT font) {
+    impl_->SetFont(font);
+}
+
+HFONT FlexGridControl::Font() const noexcept {
+    return impl_->font;
+}
+
+HFONT FlexGridControl::BoldFont() const noexcept {
+    return impl_->bold_font.get();
+}
+
+Twips FlexGridControl::TextWidth(std::wstring_view text, bool bold) const {
+    return impl_->TextWidth(text, bold);
+}
+
+void FlexGridControl::SendKey(GridKey key) {
+    PostMessageW(impl_->window, FlexGridImplWin::kSendKey, static_cast<WPARAM>(key), 0);
+}
+
+void FlexGridControl::Update() {
+    if (impl_->window != nullptr) UpdateWindow(impl_->window);
+}
+
+NumberTest NumberTestOf(const ITextService& text) {
+    return [&text](std::wstring_view cell) {
+        // most texts are told by a glance and cost no raised error
+        const bool digit =
+            std::any_of(cell.begin(), cell.end(), [](wchar_t c) { return c >= L'0' && c <= L'9'; });
+        if (!digit) return false;
+        try {
+            text.ToNumber(cell);
+            return true;
+        } catch (const Error&) {
+            return false;
+        }
+    };
+}
+
+}  // namespace demovex

@@ -1,0 +1,325 @@
+#include "grid/flex_grid_impl_win.h"
+
+#include <algorithm>
+#include <new>
+
+#include "grid/gdi_surface_win.h"
+#include "grid/grid_painter.h"
+
+namespace demovex {
+
+namespace {
+
+constexpr DWORD kStyle = WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS | WS_TABSTOP;
+
+RECT ToRect(const PixelRect& rect) {
+    return {rect.left, rect.top, rect.right, rect.bottom};
+}
+
+bool Down(int key) {
+    return GetKeyState(key) < 0;
+}
+
+}  // namespace
+
+FlexGridImplWin::FlexGridImplWin(Scale scale, const ITextService& text)
+    : grid(scale, NumberTestOf(text)) {}
+
+FlexGridImplWin::~FlexGridImplWin() {
+    Destroy();
+}
+
+void FlexGridImplWin::Register(HINSTANCE module) {
+    WNDCLASSEXW known{};
+    known.cbSize = sizeof known;
+    if (GetClassInfoExW(module, kFlexGridControlClass, &known)) return;
+    WNDCLASSEXW c{};
+    c.cbSize = sizeof c;
+    c.style = CS_DBLCLKS;
+    c.lpfnWndProc = &FlexGridImplWin::Procedure;
+    c.hInstance = module;
+    c.hCursor = LoadCursorW(nullptr, IDC_ARROW);
+    c.lpszClassName = kFlexGridControlClass;
+    if (RegisterClassExW(&c) == 0) RaiseRuntimeError(runtime_error::kOutOfMemory);
+}
+
+void FlexGridImplWin::Create(HINSTANCE module, HWND parent, int id, const TwipsRect& rect) {
+    Register(module);
+    const Scale& scale = grid.PixelScale();
+    const int left = scale.ToPixels(rect.left);
+    const int top = scale.ToPixels(rect.top);
+    CreateWindowExW(WS_EX_CLIENTEDGE, kFlexGridControlClass, L"", kStyle, left, top,
+                    scale.ToPixels(rect.right()) - left, scale.ToPixels(rect.bottom()) - top,
+                    parent, reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), module, this);
+    if (window == nullptr) RaiseRuntimeError(runtime_error::kOutOfMemory);
+    grid.SetDisplay(this);
+    UpdateFrame();
+}
+
+void FlexGridImplWin::Destroy() noexcept {
+    if (window != nullptr) DestroyWindow(window);
+}
+
+void FlexGridImplWin::Move(const TwipsRect& rect) {
+    const Scale& scale = grid.PixelScale();
+    const int left = scale.ToPixels(rect.left);
+    const int top = scale.ToPixels(rect.top);
+    if (window == nullptr) return;
+    MoveWindow(window, left, top, std::max(0, scale.ToPixels(rect.right()) - left),
+               std::max(0, scale.ToPixels(rect.bottom()) - top), TRUE);
+}
+
+void FlexGridImplWin::SetFont(HFONT new_font) {
+    if (new_font == nullptr) {
+        NONCLIENTMETRICSW metrics{};
+        metrics.cbSize = sizeof metrics;
+        SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
+        const WindowDc dc(nullptr);
+        const int system_dpi = GetDeviceCaps(dc.get(), LOGPIXELSY);
+        LOGFONTW& message = metrics.lfMessageFont;
+        message.lfHeight = MulDiv(message.lfHeight, grid.PixelScale().dpi(), system_dpi);
+        own_font = GdiObject<HFONT>(CreateFontIndirectW(&message));
+        new_font = own_font.get();
+    }
+    font = new_font;
+    LOGFONTW bold{};
+    GetObjectW(font, sizeof bold, &bold);
+    bold.lfWeight = FW_BOLD;
+    bold_font = GdiObject<HFONT>(CreateFontIndirectW(&bold));
+
+    const WindowDc dc(window);
+    const SelectedObject selected(dc.get(), font);
+    TEXTMETRICW metrics{};
+    GetTextMetricsW(dc.get(), &metrics);
+    const Scale& scale = grid.PixelScale();
+    // the text, the space above, as much of it below, and the line
+    const int pixels = metrics.tmHeight + scale.ToPixels(FlexGrid::kTextTop) + 2;
+    grid.SetDefaultRowHeight(std::max(FlexGrid::kDefaultRowHeight, scale.ToTwips(pixels)));
+    if (window != nullptr) InvalidateRect(window, nullptr, FALSE);
+}
+
+Twips FlexGridImplWin::TextWidth(std::wstring_view text, bool bold) const {
+    const WindowDc dc(window);
+    const SelectedObject selected(dc.get(), bold ? bold_font.get() : font);
+    SIZE size{};
+    GetTextExtentPoint32W(dc.get(), text.data(), static_cast<int>(text.size()), &size);
+    return grid.PixelScale().ToTwips(size.cx);
+}
+
+// --- what the grid reports ---
+
+void FlexGridImplWin::Invalidate(const PixelRect& view_rect) {
+    if (window == nullptr) return;
+    const RECT rect = ToRect(view_rect);
+    InvalidateRect(window, &rect, FALSE);
+}
+
+void FlexGridImplWin::ScrollArea(const PixelRect& area, int dx, int dy) {
+    if (window == nullptr) return;
+    const RECT rect = ToRect(area);
+    ScrollWindowEx(window, dx, dy, &rect, &rect, nullptr, nullptr, SW_INVALIDATE);
+}
+
+void FlexGridImplWin::SetBar(int bar, const GridScrollBar& state, GridScrollBar& shown) {
+    if (state == shown) return;
+    if (state.visible != shown.visible) ShowScrollBar(window, bar, state.visible);
+    if (state.visible) {
+        SCROLLINFO info{};
+        info.cbSize = sizeof info;
+        // a bar never hides itself: the grid says when there is one
+        info.fMask = SIF_RANGE | SIF_PAGE | SIF_POS | SIF_DISABLENOSCROLL;
+        info.nMin = state.min;
+        info.nMax = state.max;
+        info.nPage = static_cast<UINT>(state.page);
+        info.nPos = state.position;
+        SetScrollInfo(window, bar, &info, TRUE);
+    }
+    shown = state;
+}
+
+void FlexGridImplWin::ScrollBarsChanged() {
+    if (window == nullptr) return;
+    SetBar(SB_VERT, grid.VerticalBar(), shown_v_);
+    SetBar(SB_HORZ, grid.HorizontalBar(), shown_h_);
+}
+
+void FlexGridImplWin::CurrentCellChanged() {}
+
+void FlexGridImplWin::SelectionChanged() {}
+
+// --- messages ---
+
+LRESULT CALLBACK FlexGridImplWin::Procedure(HWND window, UINT message, WPARAM wparam,
+                                            LPARAM lparam) noexcept {
+    if (message == WM_NCCREATE) {
+        const auto* create = reinterpret_cast<const CREATESTRUCTW*>(lparam);
+        auto* created = static_cast<FlexGridImplWin*>(create->lpCreateParams);
+        created->window = window;
+        SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(created));
+    }
+    auto* self = reinterpret_cast<FlexGridImplWin*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+    if (self == nullptr) return DefWindowProcW(window, message, wparam, lparam);
+    // null only while the object itself is being destroyed
+    const std::shared_ptr<FlexGridImplWin> alive = self->weak_from_this().lock();
+    if (message == WM_NCDESTROY) {
+        SetWindowLongPtrW(window, GWLP_USERDATA, 0);
+        self->window = nullptr;
+        self->grid.SetDisplay(nullptr);
+        self->buffer_.Reset();
+        return DefWindowProcW(window, message, wparam, lparam);
+    }
+    try {
+        return self->Handle(message, wparam, lparam);
+    } catch (const Error& error) {
+        self->Report(error);
+    } catch (const std::bad_alloc&) {
+        self->Report(Error(runtime_error::kOutOfMemory, L"",
+                           std::wstring(StandardDescription(runtime_error::kOutOfMemory))));
+    } catch (...) {
+        constexpr std::int32_t number = runtime_error::kInvalidProcedureCall;
+        self->Report(Error(number, L"", std::wstring(StandardDescription(number))));
+    }
+    return 0;
+}
+
+void FlexGridImplWin::Report(const Error& error) noexcept {
+    if (events != nullptr) events->Failed(error);
+}
+
+LRESULT FlexGridImplWin::Handle(UINT message, WPARAM wparam, LPARAM lparam) {
+    const HWND handle = window;  // stays good for DefWindowProc whatever the events do
+    switch (message) {
+        case WM_ERASEBKGND:
+            return 1;
+        case WM_PAINT:
+            Paint();
+            return 0;
+        case WM_PRINTCLIENT:
+            PaintTo(reinterpret_cast<HDC>(wparam), grid.View(), 0, 0);
+            return 0;
+        case WM_SIZE:
+            UpdateFrame();
+            return 0;
+        case WM_SETTINGCHANGE:
+        case WM_SYSCOLORCHANGE:
+        case WM_THEMECHANGED:
+            UpdateFrame();
+            InvalidateRect(handle, nullptr, FALSE);
+            return 0;
+        case WM_GETDLGCODE:
+            return DLGC_WANTARROWS;
+        case WM_GETFONT:
+            return reinterpret_cast<LRESULT>(font);
+        case WM_SETFONT:
+            SetFont(reinterpret_cast<HFONT>(wparam));
+            return 0;
+        case WM_SETFOCUS:
+            grid.SetFocused(true);
+            return 0;
+        case WM_KILLFOCUS:
+            grid.SetFocused(false);
+            return 0;
+        case WM_KEYDOWN:
+            if (KeyDown(wparam)) return 0;
+            break;
+        case kSendKey:
+            if (wparam <= static_cast<WPARAM>(GridKey::kEnd)) {
+                grid.Key(static_cast<GridKey>(wparam), false, false);
+            }
+            return 0;
+        case WM_VSCROLL:
+            Scroll(wparam, SB_VERT);
+            return 0;
+        case WM_HSCROLL:
+            Scroll(wparam, SB_HORZ);
+            return 0;
+        default:
+            if (HandleMouse(message, wparam, lparam)) return 0;
+            break;
+    }
+    return DefWindowProcW(handle, message, wparam, lparam);
+}
+
+void FlexGridImplWin::UpdateFrame() {
+    RECT outer{};
+    if (window == nullptr || !GetWindowRect(window, &outer)) return;
+    const GridFrame frame{outer.right - outer.left, outer.bottom - outer.top,
+                          GetSystemMetrics(SM_CXEDGE), GetSystemMetrics(SM_CXVSCROLL),
+                          GetSystemMetrics(SM_CYHSCROLL)};
+    // showing or hiding a scroll bar changes the client area only, and the grid knows that one
+    if (frame == grid.Frame()) return;
+    grid.SetFrame(frame);
+}
+
+// --- painting ---
+
+void FlexGridImplWin::Paint() {
+    PAINTSTRUCT paint{};
+    const HDC dc = BeginPaint(window, &paint);
+    if (dc == nullptr) return;
+    const RECT& invalid = paint.rcPaint;
+    const PixelRect rect{invalid.left, invalid.top, invalid.right, invalid.bottom};
+    if (grid.Redraw() && !rect.empty()) {
+        const HDC memory = buffer_.Get(dc, rect.width(), rect.height());
+        if (memory != nullptr) {
+            PaintTo(memory, rect, rect.left, rect.top);
+            BitBlt(dc, rect.left, rect.top, rect.width(), rect.height(), memory, 0, 0, SRCCOPY);
+        } else {
+            PaintTo(dc, rect, 0, 0);  // no memory for a buffer: flicker is better than nothing
+        }
+    }
+    EndPaint(window, &paint);
+}
+
+void FlexGridImplWin::PaintTo(HDC dc, const PixelRect& rect, int origin_x, int origin_y) const {
+    GdiSurface surface(dc, font, bold_font.get(), origin_x, origin_y);
+    // a client area larger than the view (a window too small for its scroll bars)
+    const PixelRect view = grid.View();
+    if (rect.right > view.right) {
+        surface.Fill({std::max(rect.left, view.right), rect.top, rect.right, rect.bottom},
+                     GridColor::kBackground);
+    }
+    if (rect.bottom > view.bottom) {
+        surface.Fill({rect.left, std::max(rect.top, view.bottom), rect.right, rect.bottom},
+                     GridColor::kBackground);
+    }
+    PaintGrid(grid, surface, rect);
+}
+
+// --- keys ---
+
+bool FlexGridImplWin::KeyDown(WPARAM key) {
+    GridKey meaning{};
+    switch (key) {
+        case VK_LEFT:
+            meaning = GridKey::kLeft;
+            break;
+        case VK_RIGHT:
+            meaning = GridKey::kRight;
+            break;
+        case VK_UP:
+            meaning = GridKey::kUp;
+            break;
+        case VK_DOWN:
+            meaning = GridKey::kDown;
+            break;
+        case VK_PRIOR:
+            meaning = GridKey::kPageUp;
+            break;
+        case VK_NEXT:
+            meaning = GridKey::kPageDown;
+            break;
+        case VK_HOME:
+            meaning = GridKey::kHome;
+            break;
+        case VK_END:
+            meaning = GridKey::kEnd;
+            break;
+        default:
+            return false;
+    }
+    grid.Key(meaning, Down(VK_SHIFT), Down(VK_CONTROL));
+    return true;
+}
+
+}  // namespace demovex

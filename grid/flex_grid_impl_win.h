@@ -1,0 +1,66 @@
+// The window of FlexGridControl. Internal to the control: messages in, painting and scroll bars
+// out. Held by the control and, while it handles a message, by itself.
+#pragma once
+
+#include <windows.h>
+
+#include <memory>
+
+#include "grid/flex_grid_control_win.h"
+#include "grid/gdi_win.h"
+
+namespace demovex {
+
+class FlexGridImplWin : public IFlexGridDisplay,
+                        public std::enable_shared_from_this<FlexGridImplWin> {
+  public:
+    FlexGridImplWin(Scale scale, const ITextService& text);
+    ~FlexGridImplWin() override;
+
+    void Create(HINSTANCE module, HWND parent, int id, const TwipsRect& rect);
+    void Destroy() noexcept;
+    void Move(const TwipsRect& rect);
+    void SetFont(HFONT font);
+    Twips TextWidth(std::wstring_view text, bool bold) const;
+
+    FlexGrid grid;
+    HWND window = nullptr;
+    IFlexGridControlEvents* events = nullptr;
+    GdiObject<HFONT> own_font;  // when the owner gave none
+    HFONT font = nullptr;
+    GdiObject<HFONT> bold_font;
+
+    // IFlexGridDisplay
+    void Invalidate(const PixelRect& view_rect) override;
+    void ScrollArea(const PixelRect& area, int dx, int dy) override;
+    void ScrollBarsChanged() override;
+    void CurrentCellChanged() override;
+    void SelectionChanged() override;
+
+    static constexpr UINT kSendKey = WM_USER + 1;  // wParam: a GridKey
+
+  private:
+    static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wparam,
+                                      LPARAM lparam) noexcept;
+    static void Register(HINSTANCE module);
+    LRESULT Handle(UINT message, WPARAM wparam, LPARAM lparam);
+    // Handles mouse messages; true when done with.
+    bool HandleMouse(UINT message, WPARAM wparam, LPARAM lparam);
+    void UpdateFrame();
+    void Paint();
+    void PaintTo(HDC dc, const PixelRect& rect, int origin_x, int origin_y) const;
+    bool KeyDown(WPARAM key);
+    void Press(int x, int y, bool shift);
+    void Wheel(int delta, bool columns);
+    void Scroll(WPARAM code, int bar);
+    void SetBar(int bar, const GridScrollBar& state, GridScrollBar& shown);
+    void Report(const Error& error) noexcept;
+
+    BackBuffer buffer_;
+    int wheel_rest_ = 0;    // wheel movement too small for a row so far
+    int wheel_rest_h_ = 0;  // and for a column
+    GridScrollBar shown_v_;
+    GridScrollBar shown_h_;
+};
+
+}  // namespace demovex
