@@ -4,6 +4,7 @@
 
 #include <windows.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdio>
 #include <string>
@@ -13,10 +14,12 @@ namespace demovex {
 
 class WindowPicture {
   public:
-    // Copies what the screen shows of the window, borders included.
+    // Copies what the screen shows of the window, borders included, up to the screen's edges.
     static WindowPicture OfScreen(HWND window) {
         RECT outer{};
         GetWindowRect(window, &outer);
+        outer.right = std::min<LONG>(outer.right, GetSystemMetrics(SM_CXSCREEN));
+        outer.bottom = std::min<LONG>(outer.bottom, GetSystemMetrics(SM_CYSCREEN));
         const HDC screen = GetDC(nullptr);
         WindowPicture picture(screen, outer.left, outer.top, outer.right - outer.left,
                               outer.bottom - outer.top);
