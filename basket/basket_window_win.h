@@ -58,6 +58,9 @@ class BasketWindow {
     // window is gone.
     std::shared_ptr<TestLibForm> Form() const;
 
+    // The grid, for tests. Raises 91 when the window is gone.
+    IFlexGrid& Liste() const;
+
     // Null when the window is gone.
     HWND Handle() const noexcept;
     bool Alive() const noexcept;

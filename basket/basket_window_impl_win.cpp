@@ -1,0 +1,269 @@
+// Life of the basket window: creation, first size and place, set-up, unloading, destruction.
+#include "basket/basket_window_impl_win.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "basket/basket_rooms.h"
+#include "basket/columns.h"
+#include "basket/window_ids.h"
+#include "basket/window_keys_win.h"
+#include "basket/window_placement.h"
+
+namespace demovex {
+namespace {
+
+constexpr int kIcon = 1;        // resource number
+constexpr int kFirstRows = 20;  // basket rows in view at first
+
+int SystemDpi() noexcept {
+    HDC screen = GetDC(nullptr);
+    const int dpi = screen != nullptr ? GetDeviceCaps(screen, LOGPIXELSX) : 96;
+    if (screen != nullptr) ReleaseDC(nullptr, screen);
+    return dpi > 0 ? dpi : 96;
+}
+
+UniqueIcon LoadPicture(HINSTANCE module, int width, int height) {
+    return UniqueIcon(static_cast<HICON>(
+        LoadImageW(module, MAKEINTRESOURCEW(kIcon), IMAGE_ICON, width, height, 0)));
+}
+
+PixelRect ToPixelRect(const RECT& rect) noexcept {
+    return {rect.left, rect.top, rect.right, rect.bottom};
+}
+
+struct WindowSearch {
+    HWND except;
+    std::vector<PixelRect> found;
+};
+
+BOOL CALLBACK AddBasketWindow(HWND window, LPARAM data) noexcept {
+    auto& search = *reinterpret_cast<WindowSearch*>(data);
+    wchar_t name[64] = L"";
+    GetClassNameW(window, name, 64);
+    RECT rect{};
+    if (window == search.except || !IsWindowVisible(window) ||
+        std::wstring_view(name) != kBasketWindowClass || !GetWindowRect(window, &rect)) {
+        return TRUE;
+    }
+    try {
+        search.found.push_back(ToPixelRect(rect));
+    } catch (...) {
+        return FALSE;  // one window over another does no harm
+    }
+    return TRUE;
+}
+
+// The basket windows of this thread that are in view, `except` left out.
+std::vector<PixelRect> OtherWindows(HWND except) {
+    WindowSearch search{except, {}};
+    EnumThreadWindows(GetCurrentThreadId(), &AddBasketWindow, reinterpret_cast<LPARAM>(&search));
+    return search.found;
+}
+
+}  // namespace
+
+BasketWindowImpl::BasketWindowImpl(HINSTANCE module, std::shared_ptr<IBasketOwner> owner,
+                                   std::shared_ptr<void> module_lock,
+                                   const BasketWindowOptions& options)
+    : module_lock_(std::move(module_lock)),
+      module_(module),
+      options_(options),
+      owner_(std::move(owner)),
+      scale_(options.dpi > 0 ? options.dpi : SystemDpi()) {}
+
+BasketWindowImpl::~BasketWindowImpl() {
+    // succeeds with the last window only
+    UnregisterClassW(kBasketWindowClass, module_);
+    WindowEditor::UnregisterWindowClass(module_);
+}
+
+void BasketWindowImpl::RegisterClasses() {
+    INITCOMMONCONTROLSEX controls{sizeof controls, ICC_BAR_CLASSES | ICC_PROGRESS_CLASS};
+    InitCommonControlsEx(&controls);
+    WindowEditor::RegisterWindowClass(module_);
+    WNDCLASSEXW info{};
+    info.cbSize = sizeof info;
+    info.lpfnWndProc = &BasketWindowImpl::Procedure;
+    info.hInstance = module_;
+    info.hCursor = LoadCursorW(nullptr, IDC_ARROW);
+    info.hbrBackground = reinterpret_cast<HBRUSH>(static_cast<INT_PTR>(COLOR_BTNFACE + 1));
+    info.lpszClassName = kBasketWindowClass;
+    if (RegisterClassExW(&info) == 0 && GetLastError() != ERROR_CLASS_ALREADY_EXISTS) {
+        RaiseRuntimeError(runtime_error::kOutOfMemory);
+    }
+}
+
+void BasketWindowImpl::CreateFont() {
+    NONCLIENTMETRICSW metrics{};
+    metrics.cbSize = sizeof metrics;
+    if (!SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0)) {
+        RaiseRuntimeError(runtime_error::kOutOfMemory);
+    }
+    LOGFONTW& font = metrics.lfMessageFont;
+    font.lfHeight = MulDiv(font.lfHeight, scale_.dpi(), SystemDpi());
+    font_.reset(CreateFontIndirectW(&font));
+    if (!font_) RaiseRuntimeError(runtime_error::kOutOfMemory);
+}
+
+void BasketWindowImpl::Create() {
+    RegisterClasses();
+    CreateFont();
+    const auto keep = shared_from_this();
+    if (CreateWindowExW(WS_EX_CONTROLPARENT, kBasketWindowClass,
+                        std::wstring(kDesignedCaption).c_str(),
+                        WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, CW_USEDEFAULT, CW_USEDEFAULT, 600,
+                        400, nullptr, nullptr, module_, this) == nullptr) {
+        RaiseRuntimeError(runtime_error::kOutOfMemory);
+    }
+    try {
+        CreateControls();
+        SetFirstSize();
+    } catch (...) {
+        Destroy();
+        throw;
+    }
+}
+
+void BasketWindowImpl::CreateControls() {
+    large_icon_ = LoadPicture(module_, GetSystemMetrics(SM_CXICON), GetSystemMetrics(SM_CYICON));
+    small_icon_ =
+        LoadPicture(module_, GetSystemMetrics(SM_CXSMICON), GetSystemMetrics(SM_CYSMICON));
+    SendMessageW(window_, WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(large_icon_.get()));
+    SendMessageW(window_, WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(small_icon_.get()));
+
+    if (options_.services != nullptr) {
+        services_ = options_.services;
+    } else {
+        own_services_ = std::make_unique<WindowServices>(module_, window_);
+        services_ = &own_services_->Get();
+    }
+    menu_ = std::make_unique<WindowMenu>(window_);
+    toolbar_ = std::make_unique<WindowToolbar>(window_, module_, scale_);
+    status_ = std::make_unique<WindowStatus>(window_, module_, scale_);
+    SendMessageW(status_->Handle(), WM_SETFONT, reinterpret_cast<WPARAM>(font_.get()), FALSE);
+    grid_ = std::make_unique<FlexGridControl>(module_, window_, child_id::kListe, TwipsRect{},
+                                              scale_, services_->text, font_.get());
+    grid_->SetEvents(this);
+    grid_->Grid().SetEvents(this);
+    ShowWindow(grid_->Handle(), SW_SHOWNA);
+    SetWindowSubclass(grid_->Handle(), &BasketWindowImpl::GridProcedure, 0,
+                      reinterpret_cast<DWORD_PTR>(this));
+    editor_ = std::make_unique<WindowEditor>(
+        WindowEditor::Settings{window_, module_, scale_, font_.get()}, *this, [this] {
+            const FlexGrid& grid = grid_->Grid();
+            return grid.StandsRight(grid.Row(), grid.Col());
+        });
+    editor_->SetGrid(grid_->Handle());
+    form_ = std::make_unique<TestLibForm>(grid_->Grid(), *this, *services_);
+    form_->moLibrary = owner_.get();
+    hook_ = InstallShortcutHook();
+}
+
+// Wide enough for all columns, high enough for twenty rows and the totals.
+void BasketWindowImpl::SetFirstSize() {
+    Twips columns = 0;
+    for (const ColumnRow& column : kColumns) columns += column.width;
+    const int edges = 2 * GetSystemMetrics(SM_CXEDGE);
+    status_->Layout();
+    const int row = scale_.ToPixels(grid_->Grid().RowHeight(0));
+    RECT rect{0, 0, scale_.ToPixels(columns) + edges + GetSystemMetrics(SM_CXVSCROLL),
+              scale_.ToPixels(kToolbarHeight) + status_->Height() + edges + (kFirstRows + 2) * row};
+    AdjustWindowRectEx(&rect, WS_OVERLAPPEDWINDOW, TRUE, WS_EX_CONTROLPARENT);
+    SetWindowPos(window_, nullptr, 0, 0, rect.right - rect.left, rect.bottom - rect.top,
+                 SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+void BasketWindowImpl::OnMinimum(MINMAXINFO& info) const {
+    // the toolbar's buttons and a few rows
+    RECT rect{0, 0, scale_.ToPixels(6300), scale_.ToPixels(2400)};
+    AdjustWindowRectEx(&rect, WS_OVERLAPPEDWINDOW, TRUE, WS_EX_CONTROLPARENT);
+    info.ptMinTrackSize = {rect.right - rect.left, rect.bottom - rect.top};
+}
+
+void BasketWindowImpl::Initialize() {
+    const auto keep = shared_from_this();
+    try {
+        if (window_ == nullptr) RaiseRuntimeError(runtime_error::kObjectNotSet);
+        form_->Initialize();
+        initialised_ = true;
+        form_->Form_Resize();
+    } catch (...) {
+        initialised_ = false;
+        Destroy();
+        throw;
+    }
+}
+
+void BasketWindowImpl::Show() {
+    const auto keep = shared_from_this();
+    if (window_ == nullptr) RaiseRuntimeError(runtime_error::kObjectNotSet);
+    // beside the host, on its monitor
+    HWND host = GetActiveWindow() != nullptr ? GetActiveWindow() : GetForegroundWindow();
+    MONITORINFO monitor{};
+    monitor.cbSize = sizeof monitor;
+    RECT rect{};
+    GetWindowRect(window_, &rect);
+    if (GetMonitorInfoW(MonitorFromWindow(host, MONITOR_DEFAULTTOPRIMARY), &monitor)) {
+        const PixelRect place =
+            PlaceWindow(ToPixelRect(monitor.rcWork), rect.right - rect.left, rect.bottom - rect.top,
+                        OtherWindows(window_),
+                        GetSystemMetrics(SM_CYCAPTION) + GetSystemMetrics(SM_CYSIZEFRAME));
+        SetWindowPos(window_, nullptr, place.left, place.top, place.width(), place.height(),
+                     SWP_NOZORDER | SWP_NOACTIVATE);
+    }
+    ShowWindow(window_, SW_SHOW);
+    UpdateWindow(window_);
+}
+
+std::shared_ptr<TestLibForm> BasketWindowImpl::Form() {
+    if (window_ == nullptr || !form_) RaiseRuntimeError(runtime_error::kObjectNotSet);
+    return {shared_from_this(), form_.get()};
+}
+
+bool BasketWindowImpl::CloseUnlessCancelled() noexcept {
+    if (closing_ || window_ == nullptr) return false;
+    if (!initialised_) {
+        Destroy();
+        return true;
+    }
+    closing_ = true;
+    bool stays = true;  // also when an error ends the question
+    Forward([&](TestLibForm& form) { stays = form.Form_Unload(); });
+    // an error of the host while it was told changes nothing: it has been told
+    if (form_ && owner_ && form_->moLibrary == nullptr) stays = false;
+    closing_ = false;
+    if (stays) return false;
+    unloaded_ = true;
+    Destroy();
+    return true;
+}
+
+void BasketWindowImpl::Destroy() noexcept {
+    if (form_) form_->moLibrary = nullptr;
+    if (window_ != nullptr) DestroyWindow(window_);
+}
+
+// The window is about to go, for whatever reason; its controls still stand.
+void BasketWindowImpl::OnDestroy() noexcept {
+    hook_.reset();
+    if (initialised_ && !unloaded_ && owner_) {
+        // the host or the system has destroyed the window without asking
+        unloaded_ = true;
+        try {
+            owner_->ClientClosing();
+        } catch (...) {
+            // there is nobody left to tell
+        }
+    }
+    if (form_) form_->moLibrary = nullptr;
+    menu_.reset();  // takes the menu bar from the window first
+}
+
+void BasketWindowImpl::OnDestroyed() noexcept {
+    window_ = nullptr;
+    owner_.reset();
+    self_.reset();
+}
+
+}  // namespace demovex

@@ -1,0 +1,127 @@
+// What BasketWindow is made of. The object holds itself while its HWND exists; guards hold it
+// through every handler, so that a handler may end in the window's destruction.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "basket/basket_window_win.h"
+#include "basket/form_gate_win.h"
+#include "basket/window_editor_win.h"
+#include "basket/window_handles_win.h"
+#include "basket/window_menu_win.h"
+#include "basket/window_services_win.h"
+#include "basket/window_status_win.h"
+#include "basket/window_toolbar_win.h"
+#include "grid/flex_grid_control_win.h"
+
+namespace demovex {
+
+class BasketWindowImpl final : public std::enable_shared_from_this<BasketWindowImpl>,
+                               public IBasketView,
+                               public IFormGate,
+                               private IFlexGridEvents,
+                               private IFlexGridControlEvents {
+  public:
+    BasketWindowImpl(HINSTANCE module, std::shared_ptr<IBasketOwner> owner,
+                     std::shared_ptr<void> module_lock, const BasketWindowOptions& options);
+    ~BasketWindowImpl() override;
+
+    // Creates the window with all its controls, hidden; from then on the object holds itself.
+    void Create();
+    void Initialize();
+    void Show();
+    void Destroy() noexcept;
+    std::shared_ptr<TestLibForm> Form();
+    IFlexGrid& Liste() { return grid_->Grid(); }
+    HWND Handle() const noexcept { return window_; }
+
+    // IFormGate
+    void Forward(FormCall call) noexcept override;
+    std::shared_ptr<void> KeepAlive() noexcept override { return weak_from_this().lock(); }
+
+    // IBasketView
+    IEditorView& Editor() override { return *editor_; }
+    void SendGridKey(GridKey key) override { grid_->SendKey(key); }
+    void SendEditKey(EditKey key) override;
+    TwipsPoint GridOrigin() const override { return {grid_rect_.left, grid_rect_.top}; }
+    void MoveGrid(const TwipsRect& rect) override;
+    Twips InnerWidth() const override;
+    Twips InnerHeight() const override;
+    bool Minimised() const override;
+    void SetCaption(std::wstring_view caption) override;
+    void SetStatusText(std::wstring_view text) override { status_->SetText(text); }
+    std::wstring StatusText() const override { return status_->Text(); }
+    Twips StatusbarHeight() const override;
+    void SetToolbarVisible(bool visible) override { toolbar_->Show(visible); }
+    void SetStatusbarVisible(bool visible) override { status_->Show(visible); }
+    void SetMenuState(Command item, const MenuItemState& state) override;
+    void SetMenuCaption(Command item, std::wstring_view caption) override;
+    void BuildToolbar() override { toolbar_->Build(); }
+    void PopupContextMenu(const TwipsPoint& at) override;
+    Twips MeasureGridText(std::wstring_view text, bool bold) override {
+        return grid_->TextWidth(text, bold);
+    }
+    void BeginProgress(std::wstring_view what) override { status_->BeginProgress(what); }
+    void SetProgress(double fraction) override { status_->SetProgress(fraction); }
+    void EndProgress() override { status_->EndProgress(); }
+    void KeepPainted() override;
+    void ShowAboutBox() override;
+    void RequestClose() override;
+
+  private:
+    // IFlexGridEvents: on to the form. What it raises goes back to whoever moved the grid: the form
+    // itself, or the grid's window procedure, which then reports Failed.
+    void RowColChange() override;
+    void SelChange() override;
+    void Scroll() override;
+    // IFlexGridControlEvents
+    void MouseUp(int button, int shift, Twips x, Twips y) override;
+    void DblClick() override;
+    void Failed(const Error& error) noexcept override { ShowError(error.description()); }
+
+    static LRESULT CALLBACK Procedure(HWND, UINT, WPARAM, LPARAM) noexcept;
+    static LRESULT CALLBACK GridProcedure(HWND, UINT, WPARAM, LPARAM, UINT_PTR, DWORD_PTR) noexcept;
+    LRESULT OnMessage(UINT message, WPARAM wparam, LPARAM lparam);
+    bool OnCommand(WPARAM wparam, LPARAM lparam);
+    void OnSize(WPARAM kind);
+    void OnMinimum(MINMAXINFO& info) const;
+    void OnActivate(bool active);
+    void OnContextKey();
+    void OnDestroy() noexcept;
+    void OnDestroyed() noexcept;
+    bool CloseUnlessCancelled() noexcept;
+    void RestoreFocus() noexcept;
+    void CreateFont();
+    void CreateControls();
+    void SetFirstSize();
+    void RegisterClasses();
+    void ShowError(std::wstring_view description) noexcept;
+
+    std::shared_ptr<void> module_lock_;  // first, so that it goes last
+    HINSTANCE module_;
+    BasketWindowOptions options_;
+    std::shared_ptr<IBasketOwner> owner_;
+    std::shared_ptr<BasketWindowImpl> self_;
+    HWND window_ = nullptr;
+    Scale scale_;
+    UniqueFont font_;
+    UniqueIcon large_icon_;
+    UniqueIcon small_icon_;
+    UniqueHook hook_;
+    std::unique_ptr<WindowServices> own_services_;
+    Services* services_ = nullptr;
+    std::unique_ptr<WindowMenu> menu_;
+    std::unique_ptr<WindowToolbar> toolbar_;
+    std::unique_ptr<WindowStatus> status_;
+    std::unique_ptr<FlexGridControl> grid_;
+    std::unique_ptr<WindowEditor> editor_;
+    std::unique_ptr<TestLibForm> form_;
+    TwipsRect grid_rect_;
+    HWND last_focus_ = nullptr;
+    bool initialised_ = false;
+    bool closing_ = false;
+    bool unloaded_ = false;
+};
+
+}  // namespace demovex

@@ -1,0 +1,472 @@
+#include "basket/window_editor_win.h"
+
+#include <commctrl.h>
+#include <windowsx.h>
+
+#include <algorithm>
+
+#include "basket/test_lib_form.h"
+#include "basket/window_ids.h"
+
+namespace demovex {
+namespace {
+
+constexpr Twips kComboButtonWidth = 255;
+constexpr Twips kListRow = 195;
+constexpr int kListRows = 3;
+constexpr Twips kListWidth = 2400;
+// Room between a text that stands right and the end of its cell, as in the grid.
+constexpr Twips kTextMargin = 45;
+// Between the ticks after the first one, which comes as soon as the current event is over.
+constexpr UINT kTickMilliseconds = 50;
+
+void SetVisible(HWND window, bool visible) noexcept {
+    SetWindowPos(window, nullptr, 0, 0, 0, 0,
+                 SWP_NOMOVE | SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE |
+                     (visible ? SWP_SHOWWINDOW : SWP_HIDEWINDOW));
+}
+
+void Place(HWND window, const RECT& rect) noexcept {
+    SetWindowPos(window, nullptr, rect.left, rect.top,
+                 std::max(0, static_cast<int>(rect.right - rect.left)),
+                 std::max(0, static_cast<int>(rect.bottom - rect.top)),
+                 SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOCOPYBITS);
+}
+
+std::wstring WindowText(HWND window) {
+    std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(window)), L'\0');
+    const int length = GetWindowTextW(window, text.data(), static_cast<int>(text.size()) + 1);
+    text.resize(static_cast<std::size_t>(length));
+    return text;
+}
+
+// The shift state of the event being handled.
+int ShiftState() noexcept {
+    return (GetKeyState(VK_SHIFT) < 0 ? shift_state::kShift : 0) |
+           (GetKeyState(VK_CONTROL) < 0 ? shift_state::kCtrl : 0) |
+           (GetKeyState(VK_MENU) < 0 ? shift_state::kAlt : 0);
+}
+
+// The platform's number of the mouse button that a message's key state names first.
+int ButtonState(WPARAM keys) noexcept {
+    return (keys & MK_LBUTTON ? 1 : 0) | (keys & MK_RBUTTON ? 2 : 0) | (keys & MK_MBUTTON ? 4 : 0);
+}
+
+// Characters below the blank that the text box itself understands: back space, and copy, paste,
+// cut and undo with Ctrl. It beeps at the others or types a box.
+bool TextBoxKnows(wchar_t character) noexcept {
+    if (character == 0x7F) return false;
+    return character >= L' ' || character == 0x08 || character == 0x03 || character == 0x16 ||
+           character == 0x18 || character == 0x1A;
+}
+
+}  // namespace
+
+void WindowEditor::RegisterWindowClass(HINSTANCE module) {
+    WNDCLASSEXW info{};
+    info.cbSize = sizeof info;
+    info.lpfnWndProc = &WindowEditor::PictureProc;
+    info.hInstance = module;
+    info.hCursor = LoadCursorW(nullptr, IDC_ARROW);
+    info.lpszClassName = kPictureBoxClass;
+    if (RegisterClassExW(&info) == 0 && GetLastError() != ERROR_CLASS_ALREADY_EXISTS) {
+        RaiseRuntimeError(runtime_error::kOutOfMemory);
+    }
+}
+
+void WindowEditor::UnregisterWindowClass(HINSTANCE module) noexcept {
+    UnregisterClassW(kPictureBoxClass, module);
+}
+
+WindowEditor::WindowEditor(const Settings& settings, IFormGate& gate,
+                           std::function<bool()> stands_right)
+    : parent_(settings.parent),
+      scale_(settings.scale),
+      gate_(gate),
+      stands_right_(std::move(stands_right)) {
+    const auto self = reinterpret_cast<LONG_PTR>(this);
+    background_ = CreateChild(parent_, settings.module, kPictureBoxClass, child_id::kIPBackground,
+                              WS_CLIPCHILDREN);
+    SetWindowLongPtrW(background_, GWLP_USERDATA, self);
+    for (HWND& text : text_) {
+        const DWORD alignment = &text == &text_[1] ? ES_RIGHT : ES_LEFT;
+        text = CreateChild(background_, settings.module, WC_EDITW, child_id::kIPText,
+                           alignment | ES_AUTOHSCROLL);
+        SendMessageW(text, WM_SETFONT, reinterpret_cast<WPARAM>(settings.font), FALSE);
+        const int right = alignment == ES_RIGHT ? scale_.ToPixels(kTextMargin) : 0;
+        SendMessageW(text, EM_SETMARGINS, EC_LEFTMARGIN | EC_RIGHTMARGIN, MAKELPARAM(0, right));
+        SetWindowSubclass(text, &WindowEditor::TextProc, 0, reinterpret_cast<DWORD_PTR>(this));
+    }
+    button_ =
+        CreateChild(background_, settings.module, kPictureBoxClass, child_id::kIPComboButton, 0);
+    SetWindowLongPtrW(button_, GWLP_USERDATA, self);
+    list_ = CreateChild(parent_, settings.module, WC_LISTBOXW, child_id::kIPComboList,
+                        WS_BORDER | WS_VSCROLL | LBS_NOINTEGRALHEIGHT);
+    SendMessageW(list_, WM_SETFONT, reinterpret_cast<WPARAM>(settings.font), FALSE);
+    SendMessageW(list_, LB_SETITEMHEIGHT, 0, scale_.ToPixels(kListRow));
+    SetWindowSubclass(list_, &WindowEditor::ListProc, 0, reinterpret_cast<DWORD_PTR>(this));
+}
+
+WindowEditor::~WindowEditor() {
+    // the windows, should they outlive this object, must not reach it any more
+    if (gone_) return;
+    for (HWND window : {background_, button_}) SetWindowLongPtrW(window, GWLP_USERDATA, 0);
+    for (HWND text : text_) RemoveWindowSubclass(text, &WindowEditor::TextProc, 0);
+    RemoveWindowSubclass(list_, &WindowEditor::ListProc, 0);
+}
+
+// --- IPBackground
+
+void WindowEditor::MoveBackground(const TwipsRect& rect) {
+    Place(background_, ToPixels(scale_, rect));
+}
+
+void WindowEditor::ShowBackground(bool visible) {
+    if (!visible && background_visible_) {
+        // the system would leave the focus in a hidden window
+        const HWND focus = GetFocus();
+        if (focus != nullptr && IsChild(background_, focus)) SetFocus(grid_);
+    }
+    background_visible_ = visible;
+    if (visible) {
+        SetWindowPos(background_, HWND_TOP, 0, 0, 0, 0,
+                     SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE | SWP_SHOWWINDOW);
+    } else {
+        SetVisible(background_, false);
+    }
+}
+
+// --- IPText
+
+void WindowEditor::MoveText(const TwipsRect& rect) {
+    const bool right = stands_right_ && stands_right_();
+    if (right != right_) {
+        // the other text box becomes IPText, with the same text
+        const std::wstring text = Text();
+        SetVisible(TextWindow(), false);
+        right_ = right;
+        setting_text_ = true;
+        SetWindowTextW(TextWindow(), text.c_str());
+        setting_text_ = false;
+        SetMaxLength(max_length_);
+    }
+    Place(TextWindow(), ToPixels(scale_, rect));
+}
+
+void WindowEditor::ShowText() {
+    SetWindowPos(TextWindow(), HWND_TOP, 0, 0, 0, 0,
+                 SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE | SWP_SHOWWINDOW);
+}
+
+std::wstring WindowEditor::Text() const {
+    return WindowText(TextWindow());
+}
+
+void WindowEditor::SetText(std::wstring_view text) {
+    if (Text() == text) return;
+    setting_text_ = true;
+    SetWindowTextW(TextWindow(), std::wstring(text).c_str());
+    setting_text_ = false;
+    OnTextChanged();
+}
+
+void WindowEditor::SetMaxLength(std::int32_t length) {
+    max_length_ = length;
+    SendMessageW(TextWindow(), EM_SETLIMITTEXT, static_cast<WPARAM>(length), 0);
+}
+
+std::int32_t WindowEditor::SelStart() const {
+    DWORD start = 0, end = 0;
+    SendMessageW(TextWindow(), EM_GETSEL, reinterpret_cast<WPARAM>(&start),
+                 reinterpret_cast<LPARAM>(&end));
+    return static_cast<std::int32_t>(start);
+}
+
+std::int32_t WindowEditor::SelLength() const {
+    DWORD start = 0, end = 0;
+    SendMessageW(TextWindow(), EM_GETSEL, reinterpret_cast<WPARAM>(&start),
+                 reinterpret_cast<LPARAM>(&end));
+    return static_cast<std::int32_t>(end - start);
+}
+
+void WindowEditor::Select(std::int32_t start, std::int32_t length) {
+    SendMessageW(TextWindow(), EM_SETSEL, static_cast<WPARAM>(start), start + length);
+}
+
+bool WindowEditor::ParentActive() const noexcept {
+    return GetActiveWindow() == parent_;
+}
+
+void WindowEditor::FocusText() {
+    // an inactive window takes the focus when it is activated; it never takes it from the host
+    if (ParentActive()) SetFocus(TextWindow());
+}
+
+void WindowEditor::OnTextChanged() {
+    gate_.Forward([](TestLibForm& form) { form.IPText_Change(); });
+}
+
+void WindowEditor::OnEditKey(EditKey key, HWND focus) noexcept {
+    if (!background_visible_ || !IsText(focus)) return;
+    const UINT message = key == EditKey::kCut ? WM_CUT : key == EditKey::kCopy ? WM_COPY : WM_PASTE;
+    SendMessageW(TextWindow(), message, 0, 0);
+}
+
+// --- IPComboButton
+
+Twips WindowEditor::ComboButtonWidth() const {
+    return kComboButtonWidth;
+}
+
+void WindowEditor::MoveComboButton(const TwipsRect& rect) {
+    Place(button_, ToPixels(scale_, rect));
+}
+
+void WindowEditor::ShowComboButton(bool visible) {
+    button_visible_ = visible;
+    SetVisible(button_, visible);
+}
+
+void WindowEditor::DrawComboButton(bool pressed) {
+    button_pressed_ = pressed;
+    RedrawWindow(button_, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
+}
+
+void WindowEditor::PaintButton(HDC dc) const {
+    RECT rect{};
+    GetClientRect(button_, &rect);
+    DrawFrameControl(
+        dc, &rect, DFC_SCROLL,
+        DFCS_SCROLLCOMBOBOX | static_cast<UINT>(button_pressed_ ? DFCS_PUSHED : DFCS_FLAT));
+}
+
+// --- IPComboList
+
+Twips WindowEditor::ComboListHeight() const {
+    return kListRows * kListRow + scale_.ToTwips(2 * GetSystemMetrics(SM_CYBORDER));
+}
+
+void WindowEditor::MoveComboList(Twips left, Twips top) {
+    const int height = kListRows * static_cast<int>(SendMessageW(list_, LB_GETITEMHEIGHT, 0, 0)) +
+                       2 * GetSystemMetrics(SM_CYBORDER);
+    const POINT at{scale_.ToPixels(left), scale_.ToPixels(top)};
+    Place(list_, {at.x, at.y, at.x + scale_.ToPixels(kListWidth), at.y + height});
+}
+
+void WindowEditor::ShowComboList(bool visible) {
+    if (!visible && list_visible_ && GetFocus() == list_) {
+        list_visible_ = false;  // losing the focus must not hide the list once more
+        SetFocus(background_visible_ ? TextWindow() : grid_);
+    }
+    list_visible_ = visible;
+    if (visible) {
+        SetWindowPos(list_, HWND_TOP, 0, 0, 0, 0,
+                     SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE | SWP_SHOWWINDOW);
+    } else {
+        SetVisible(list_, false);
+    }
+}
+
+std::int32_t WindowEditor::ComboListCount() const {
+    return static_cast<std::int32_t>(SendMessageW(list_, LB_GETCOUNT, 0, 0));
+}
+
+std::wstring WindowEditor::ComboListText(std::int32_t index) const {
+    const LRESULT length = SendMessageW(list_, LB_GETTEXTLEN, static_cast<WPARAM>(index), 0);
+    if (length == LB_ERR) RaiseRuntimeError(runtime_error::kSubscriptOutOfRange);
+    std::wstring text(static_cast<std::size_t>(length) + 1, L'\0');
+    SendMessageW(list_, LB_GETTEXT, static_cast<WPARAM>(index),
+                 reinterpret_cast<LPARAM>(text.data()));
+    text.resize(static_cast<std::size_t>(length));
+    return text;
+}
+
+std::int32_t WindowEditor::ComboListIndex() const {
+    return static_cast<std::int32_t>(SendMessageW(list_, LB_GETCURSEL, 0, 0));
+}
+
+void WindowEditor::SetComboListIndex(std::int32_t index) {
+    SendMessageW(list_, LB_SETCURSEL, static_cast<WPARAM>(index), 0);
+}
+
+void WindowEditor::FocusComboList() {
+    if (ParentActive()) SetFocus(list_);
+}
+
+bool WindowEditor::ComboListHasFocus() const {
+    return GetFocus() == list_;
+}
+
+// --- SetFocusTimer
+
+void WindowEditor::EnableSetFocusTimer(bool enabled) {
+    if (enabled == timer_enabled_) return;
+    timer_enabled_ = enabled;
+    if (!enabled) {
+        KillTimer(parent_, window_timer::kSetFocusTimer);
+        return;
+    }
+    // The first tick must come before the user's next key, and posted messages go before input,
+    // while those of a timer come last.
+    SetTimer(parent_, window_timer::kSetFocusTimer, kTickMilliseconds, nullptr);
+    if (!tick_posted_) {
+        tick_posted_ = PostMessageW(parent_, window_message::kSetFocusTimer, 0, 0) != 0;
+    }
+}
+
+void WindowEditor::OnSetFocusTimer() noexcept {
+    tick_posted_ = false;
+    if (!timer_enabled_) return;
+    gate_.Forward([](TestLibForm& form) { form.SetFocusTimer_Timer(); });
+}
+
+// --- procedures
+
+LRESULT CALLBACK WindowEditor::PictureProc(HWND window, UINT message, WPARAM wparam,
+                                           LPARAM lparam) noexcept {
+    auto* editor = reinterpret_cast<WindowEditor*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+    if (editor == nullptr) return DefWindowProcW(window, message, wparam, lparam);
+    const auto keep = editor->gate_.KeepAlive();
+    if (message == WM_NCDESTROY) {
+        SetWindowLongPtrW(window, GWLP_USERDATA, 0);
+        editor->gone_ = true;
+        return DefWindowProcW(window, message, wparam, lparam);
+    }
+    return editor->OnPictureMessage(window, message, wparam, lparam);
+}
+
+LRESULT WindowEditor::OnPictureMessage(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+    switch (message) {
+        case WM_ERASEBKGND:
+            return 1;
+        case WM_PAINT: {
+            PAINTSTRUCT paint;
+            HDC dc = BeginPaint(window, &paint);
+            if (window == button_) {
+                PaintButton(dc);
+            } else {
+                FillRect(dc, &paint.rcPaint, GetSysColorBrush(COLOR_WINDOW));
+            }
+            EndPaint(window, &paint);
+            return 0;
+        }
+        case WM_COMMAND:
+            if (HIWORD(wparam) == EN_CHANGE && !setting_text_ &&
+                reinterpret_cast<HWND>(lparam) == TextWindow()) {
+                OnTextChanged();
+            }
+            return 0;
+        case WM_LBUTTONUP:
+            if (window == button_) {
+                gate_.Forward([](TestLibForm& form) { form.IPComboButton_Click(); });
+            }
+            return 0;
+        case WM_LBUTTONDOWN:
+            if (window == background_ && ParentActive()) SetFocus(TextWindow());
+            return 0;
+        case WM_MOUSEWHEEL:
+        case WM_MOUSEHWHEEL:
+            return SendMessageW(grid_, message, wparam, lparam);
+        default:
+            return DefWindowProcW(window, message, wparam, lparam);
+    }
+}
+
+LRESULT CALLBACK WindowEditor::TextProc(HWND window, UINT message, WPARAM wparam, LPARAM lparam,
+                                        UINT_PTR, DWORD_PTR data) noexcept {
+    auto* editor = reinterpret_cast<WindowEditor*>(data);
+    const auto keep = editor->gate_.KeepAlive();
+    if (editor->OnTextMessage(window, message, wparam, lparam)) return 0;
+    if (!IsWindow(window)) return 0;
+    const LRESULT result = DefSubclassProc(window, message, wparam, lparam);
+    // in every host the editor gets all keys
+    return message == WM_GETDLGCODE ? result | DLGC_WANTALLKEYS : result;
+}
+
+bool WindowEditor::OnTextMessage(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+    switch (message) {
+        case WM_KEYDOWN:
+        case WM_SYSKEYDOWN:
+            return OnTextKey(wparam, lparam);
+        case WM_CHAR: {
+            int character = static_cast<int>(wparam);
+            gate_.Forward([&](TestLibForm& form) { form.IPText_KeyPress(character); });
+            if (character == 0 || !TextBoxKnows(static_cast<wchar_t>(character))) return true;
+            if (character != static_cast<int>(wparam) && IsWindow(window)) {
+                DefSubclassProc(window, message, static_cast<WPARAM>(character), lparam);
+                return true;
+            }
+            return false;
+        }
+        case WM_MOUSEWHEEL:
+        case WM_MOUSEHWHEEL:
+            SendMessageW(grid_, message, wparam, lparam);
+            return true;
+        case WM_CONTEXTMENU:
+            // from the keyboard it is the basket's own menu; the mouse gets the text box's
+            if (lparam != -1) return false;
+            SendMessageW(parent_, message, reinterpret_cast<WPARAM>(window), lparam);
+            return true;
+        default:
+            return false;
+    }
+}
+
+bool WindowEditor::OnTextKey(WPARAM key, LPARAM) {
+    int code = static_cast<int>(key);
+    const int shift = ShiftState();
+    if (shift == shift_state::kCtrl && code == 'A') {
+        SendMessageW(TextWindow(), EM_SETSEL, 0, -1);
+        return true;
+    }
+    gate_.Forward([&](TestLibForm& form) { form.IPText_KeyDown(code, shift); });
+    if (code == 0) return true;
+    if (code == VK_TAB && (shift == 0 || shift == shift_state::kShift)) {
+        SetFocus(grid_);
+        return true;
+    }
+    return false;
+}
+
+LRESULT CALLBACK WindowEditor::ListProc(HWND window, UINT message, WPARAM wparam, LPARAM lparam,
+                                        UINT_PTR, DWORD_PTR data) noexcept {
+    auto* editor = reinterpret_cast<WindowEditor*>(data);
+    const auto keep = editor->gate_.KeepAlive();
+    if (editor->OnListMessage(message, wparam, lparam)) return 0;
+    if (!IsWindow(window)) return 0;
+    const LRESULT result = DefSubclassProc(window, message, wparam, lparam);
+    return message == WM_GETDLGCODE ? result | DLGC_WANTALLKEYS : result;
+}
+
+bool WindowEditor::OnListMessage(UINT message, WPARAM wparam, LPARAM lparam) {
+    const Twips x = scale_.ToTwips(GET_X_LPARAM(lparam));
+    const Twips y = scale_.ToTwips(GET_Y_LPARAM(lparam));
+    switch (message) {
+        case WM_KEYDOWN: {
+            int code = static_cast<int>(wparam);
+            gate_.Forward([&](TestLibForm& form) { form.IPComboList_KeyDown(code, ShiftState()); });
+            return code == 0;
+        }
+        case WM_MOUSEMOVE:
+            gate_.Forward([&](TestLibForm& form) {
+                form.IPComboList_MouseMove(ButtonState(wparam), ShiftState() & 3, x, y);
+            });
+            return false;
+        case WM_LBUTTONDOWN:
+            // the list must not close on the press: the release chooses
+            return true;
+        case WM_LBUTTONUP:
+            gate_.Forward(
+                [&](TestLibForm& form) { form.IPComboList_MouseUp(1, ShiftState() & 3, x, y); });
+            return true;
+        case WM_KILLFOCUS:
+            if (list_visible_) {
+                gate_.Forward([](TestLibForm& form) { form.IPComboList_LostFocus(); });
+            }
+            return false;
+        default:
+            return false;
+    }
+}
+
+}  // namespace demovex

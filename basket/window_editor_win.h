@@ -1,0 +1,119 @@
+// The four controls of the in-place editor, as real windows: IPBackground with IPText and
+// IPComboButton in it, and IPComboList.
+//
+// The system's text box is left- or right-aligned for life, so there are two of it, of which one
+// is IPText at a time: the right-aligned one where the cell's own text stands right. The other is
+// hidden. The text box has the grid's font and no margins, so that a text that is edited stands
+// where it stood in the cell.
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "basket/basket_view.h"
+#include "basket/form_gate_win.h"
+#include "basket/window_handles_win.h"
+
+namespace demovex {
+
+class WindowEditor final : public IEditorView {
+  public:
+    struct Settings {
+        HWND parent = nullptr;
+        HINSTANCE module = nullptr;
+        Scale scale;
+        HFONT font = nullptr;  // outlives the editor
+    };
+
+    // Creates the controls, hidden. `gate` outlives this object; `stands_right` says whether the
+    // current cell's text stands right. Raises 7.
+    WindowEditor(const Settings& settings, IFormGate& gate, std::function<bool()> stands_right);
+    ~WindowEditor() override;
+    WindowEditor(const WindowEditor&) = delete;
+    WindowEditor& operator=(const WindowEditor&) = delete;
+
+    // The grid: it gets the focus that a hidden editor had, the mouse wheel, and Tab.
+    void SetGrid(HWND grid) { grid_ = grid; }
+
+    // Registers and removes the class of the picture boxes.
+    static void RegisterWindowClass(HINSTANCE module);
+    static void UnregisterWindowClass(HINSTANCE module) noexcept;
+
+    // The window's timer or posted message for SetFocusTimer.
+    void OnSetFocusTimer() noexcept;
+    // Cut, copy or paste for IPText if it is open and has the focus (`focus` is the control that
+    // has or had it).
+    void OnEditKey(EditKey key, HWND focus) noexcept;
+
+    HWND TextWindow() const noexcept { return text_[right_ ? 1 : 0]; }
+    bool IsText(HWND window) const noexcept {
+        return window != nullptr && (window == text_[0] || window == text_[1]);
+    }
+    HWND Background() const noexcept { return background_; }
+    HWND ComboList() const noexcept { return list_; }
+
+    // IEditorView
+    void MoveBackground(const TwipsRect& rect) override;
+    void ShowBackground(bool visible) override;
+    bool BackgroundVisible() const override { return background_visible_; }
+    void MoveText(const TwipsRect& rect) override;
+    void ShowText() override;
+    std::wstring Text() const override;
+    void SetText(std::wstring_view text) override;
+    void SetMaxLength(std::int32_t length) override;
+    std::int32_t SelStart() const override;
+    std::int32_t SelLength() const override;
+    void Select(std::int32_t start, std::int32_t length) override;
+    void FocusText() override;
+    Twips ComboButtonWidth() const override;
+    void MoveComboButton(const TwipsRect& rect) override;
+    void ShowComboButton(bool visible) override;
+    bool ComboButtonVisible() const override { return button_visible_ && background_visible_; }
+    void DrawComboButton(bool pressed) override;
+    Twips ComboListHeight() const override;
+    void MoveComboList(Twips left, Twips top) override;
+    void ShowComboList(bool visible) override;
+    bool ComboListVisible() const override { return list_visible_; }
+    std::int32_t ComboListCount() const override;
+    std::wstring ComboListText(std::int32_t index) const override;
+    std::int32_t ComboListIndex() const override;
+    void SetComboListIndex(std::int32_t index) override;
+    void FocusComboList() override;
+    bool ComboListHasFocus() const override;
+    void EnableSetFocusTimer(bool enabled) override;
+
+  private:
+    static LRESULT CALLBACK PictureProc(HWND, UINT, WPARAM, LPARAM) noexcept;
+    static LRESULT CALLBACK TextProc(HWND, UINT, WPARAM, LPARAM, UINT_PTR, DWORD_PTR) noexcept;
+    static LRESULT CALLBACK ListProc(HWND, UINT, WPARAM, LPARAM, UINT_PTR, DWORD_PTR) noexcept;
+    // Each answers whether the message was used up.
+    bool OnTextMessage(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
+    bool OnTextKey(WPARAM key, LPARAM lparam);
+    bool OnListMessage(UINT message, WPARAM wparam, LPARAM lparam);
+    LRESULT OnPictureMessage(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
+    void PaintButton(HDC dc) const;
+    void OnTextChanged();
+    bool ParentActive() const noexcept;
+
+    HWND parent_;
+    HWND grid_ = nullptr;
+    Scale scale_;
+    IFormGate& gate_;
+    std::function<bool()> stands_right_;
+    HWND background_ = nullptr;
+    HWND text_[2] = {nullptr, nullptr};  // left- and right-aligned
+    HWND button_ = nullptr;
+    HWND list_ = nullptr;
+    std::int32_t max_length_ = 0;
+    bool gone_ = false;  // the windows are destroyed
+    bool right_ = false;
+    bool background_visible_ = false;
+    bool button_visible_ = false;
+    bool button_pressed_ = false;
+    bool list_visible_ = false;
+    bool setting_text_ = false;
+    bool timer_enabled_ = false;
+    bool tick_posted_ = false;
+};
+
+}  // namespace demovex

@@ -1,0 +1,94 @@
+#include "basket/window_status_win.h"
+
+#include <algorithm>
+
+#include "basket/window_ids.h"
+
+namespace demovex {
+namespace {
+
+constexpr std::uint64_t kProgressAfterMilliseconds = 500;
+constexpr int kProgressSteps = 200;
+constexpr Twips kProgressWidth = 2400;
+
+}  // namespace
+
+WindowStatus::WindowStatus(HWND parent, HINSTANCE module, const Scale& scale) : scale_(scale) {
+    window_ = CreateChild(parent, module, STATUSCLASSNAMEW, child_id::kStatusBar,
+                          SBARS_SIZEGRIP | CCS_BOTTOM | WS_CLIPCHILDREN);
+    SendMessageW(window_, SB_SIMPLE, TRUE, 0);
+    progress_ = CreateChild(window_, module, PROGRESS_CLASSW, child_id::kProgress, PBS_SMOOTH);
+    SendMessageW(progress_, PBM_SETRANGE32, 0, kProgressSteps);
+}
+
+void WindowStatus::ShowText(const std::wstring& text) {
+    SendMessageW(window_, SB_SETTEXTW, SB_SIMPLEID, reinterpret_cast<LPARAM>(text.c_str()));
+}
+
+void WindowStatus::SetText(std::wstring_view text) {
+    if (text_ == text) return;
+    text_ = text;
+    if (shown_ < 0) ShowText(text_);
+}
+
+void WindowStatus::Show(bool visible) {
+    ShowWindow(window_, visible ? SW_SHOWNA : SW_HIDE);
+}
+
+void WindowStatus::Layout() {
+    SendMessageW(window_, WM_SIZE, 0, 0);
+    PlaceProgress();
+}
+
+int WindowStatus::Height() const noexcept {
+    RECT rect{};
+    GetWindowRect(window_, &rect);
+    return rect.bottom - rect.top;
+}
+
+void WindowStatus::PlaceProgress() {
+    RECT client{};
+    GetClientRect(window_, &client);
+    const int grip = GetSystemMetrics(SM_CXVSCROLL);
+    const int width =
+        std::min(scale_.ToPixels(kProgressWidth), static_cast<int>(client.right) - grip);
+    const int edge = scale_.ToPixels(45);
+    SetWindowPos(progress_, nullptr, client.right - grip - width, edge, std::max(0, width),
+                 std::max(0, static_cast<int>(client.bottom) - 2 * edge),
+                 SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+void WindowStatus::BeginProgress(std::wstring_view what) {
+    if (depth_++ > 0) return;
+    work_ = what;
+    begun_ = GetTickCount64();
+    shown_ = -1;
+    cursor_ = SetCursor(LoadCursorW(nullptr, IDC_WAIT));
+}
+
+void WindowStatus::SetProgress(double fraction) {
+    if (depth_ == 0 || !IsWindowVisible(window_)) return;
+    if (shown_ < 0 && GetTickCount64() - begun_ < kProgressAfterMilliseconds) return;
+    const int position = static_cast<int>(std::clamp(fraction, 0.0, 1.0) * kProgressSteps);
+    if (position == shown_) return;
+    if (shown_ < 0) {
+        ShowText(work_);
+        PlaceProgress();
+        ShowWindow(progress_, SW_SHOWNA);
+    }
+    shown_ = position;
+    SendMessageW(progress_, PBM_SETPOS, static_cast<WPARAM>(position), 0);
+    RedrawWindow(window_, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
+}
+
+void WindowStatus::EndProgress() {
+    if (depth_ == 0 || --depth_ > 0) return;
+    if (shown_ >= 0) {
+        shown_ = -1;
+        ShowWindow(progress_, SW_HIDE);
+        ShowText(text_);
+    }
+    SetCursor(cursor_);
+}
+
+}  // namespace demovex
