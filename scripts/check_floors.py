@@ -30,7 +30,7 @@ FLOORS = {
     "host": [],
     "tools": ["base", "containers", "platform", "catalog"],
 }
-OURS = set(FLOORS) | {"tests", "bench"}
+OURS = set(FLOORS) | {"tests", "benches"}
 
 # The standard library's headers that portable code may name; anything else in angle brackets is
 # the system's and belongs into a _win file.
@@ -66,7 +66,7 @@ def check(name):
         where = f"{name}:{number}"
         top = target.split("/")[0] if "/" in target else None
         if quoted and top in OURS and production:
-            if top in ("tests", "bench"):
+            if top in ("tests", "benches"):
                 yield f"{where}: production code includes {target}"
             elif top != floor and top not in FLOORS[floor]:
                 yield f"{where}: {floor} must not include {target}"
