@@ -1,0 +1,128 @@
+#include "host/script.h"
+
+#include <algorithm>
+
+namespace demovex::host {
+
+const std::vector<Option>& Options() {
+    static const std::vector<Option> options = {
+        {L"script", 1, L"FILE: the steps in a file"},
+        {L"log", 1, L"FILE: writes what happens into a file as well"},
+        {L"catalogue", 1, L"FILE: another catalogue"},
+        {L"unregistered", 0, L"uses the component beside the program without registration"},
+        {L"create", 0, L"a client without a basket yet; it becomes the current one"},
+        {L"basket", 0, L"a new basket window; it becomes the current one"},
+        {L"initialize", 1, L"host, null or foreign: initialises the current client with that"},
+        {L"client", 1, L"N: makes the N-th client (from 1) the current one"},
+        {L"follow", 1, L"NUMBER: follows the order link of an article"},
+        {L"follow-link", 1, L"ADDRESS: follows any link"},
+        {L"follow-long", 1, L"COUNT: follows an order link with a number of so many characters"},
+        {L"follow-null", 0, L"follows a link of null strings"},
+        {L"open", 1, L"FILE: opens a basket file"},
+        {L"command", 1, L"ID: chooses a menu command of the current basket window"},
+        {L"caption", 1, L"TEXT: the current client's caption is TEXT"},
+        {L"position", 1, L"NUMBER: the catalogue shows that article"},
+        {L"references", 1, L"N: the host holds the last N references of the current client"},
+        {L"windows", 1, L"N: N basket windows are open"},
+        {L"clients", 1, L"N: the host knows N clients"},
+        {L"answer", 1, L"BUTTON: answers the next message box with that button's number"},
+        {L"expect", 1, L"CODE: the next step fails with that result code"},
+        {L"dump-basket", 1, L"FILE: writes the basket as tab-separated text (- is the log)"},
+        {L"save-picture", 1, L"FILE: writes a picture of the basket window (bmp or png)"},
+        {L"save-screen", 1, L"FILE: writes a picture of the screen (bmp or png)"},
+        {L"close", 0, L"closes the current basket window as the user would"},
+        {L"release", 0, L"lets go of the current client; its window stays open"},
+        {L"unload", 1, L"0 or 1: whether the component's module stays loaded"},
+        {L"stay", 0, L"ends the script and stays open"},
+        {L"quit", 0, L"ends the program"},
+    };
+    return options;
+}
+
+namespace {
+
+// The quoted and unquoted words of a line.
+std::vector<std::wstring> Words(std::wstring_view line) {
+    std::vector<std::wstring> words;
+    for (std::size_t at = 0;;) {
+        at = line.find_first_not_of(L" \t", at);
+        if (at == std::wstring_view::npos) return words;
+        const bool quoted = line[at] == L'"';
+        if (quoted) ++at;
+        const std::size_t end =
+            std::min(quoted ? line.find(L'"', at) : line.find_first_of(L" \t", at), line.size());
+        words.emplace_back(line.substr(at, end - at));
+        at = std::min(end + 1, line.size());
+    }
+}
+
+const Option* FindOption(std::wstring_view name) {
+    for (const Option& option : Options()) {
+        if (option.name == name) return &option;
+    }
+    return nullptr;
+}
+
+}  // namespace
+
+std::optional<std::vector<Step>> ParseArguments(const std::vector<std::wstring>& arguments,
+                                                std::wstring& error) {
+    std::vector<Step> steps;
+    for (std::size_t i = 0; i < arguments.size();) {
+        const std::wstring& word = arguments[i++];
+        const Option* option =
+            word.empty() || word[0] != L'/' ? nullptr : FindOption(word.substr(1));
+        if (!option) {
+            error = L"unknown option: " + word;
+            return std::nullopt;
+        }
+        if (arguments.size() - i < option->arguments) {
+            error = word + L" needs " + std::wstring(option->help);
+            return std::nullopt;
+        }
+        const auto from = arguments.begin() + static_cast<std::ptrdiff_t>(i);
+        steps.push_back({std::wstring(option->name),
+                         std::vector<std::wstring>(
+                             from, from + static_cast<std::ptrdiff_t>(option->arguments))});
+        i += option->arguments;
+    }
+    return steps;
+}
+
+std::optional<std::vector<Step>> ParseScript(std::wstring_view text, std::wstring& error) {
+    std::vector<Step> steps;
+    for (std::size_t at = 0, number = 1; at < text.size(); ++number) {
+        const std::size_t end = std::min(text.find(L'\n', at), text.size());
+        std::wstring_view line = text.substr(at, end - at);
+        at = end + 1;
+        if (!line.empty() && line.back() == L'\r') line.remove_suffix(1);
+        auto words = Words(line);
+        if (words.empty() || words[0].starts_with(L'#')) continue;
+        words[0].insert(0, L"/");
+        const auto parsed = ParseArguments(words, error);
+        if (!parsed) {
+            error = L"line " + std::to_wstring(number) + L": " + error;
+            return std::nullopt;
+        }
+        steps.insert(steps.end(), parsed->begin(), parsed->end());
+    }
+    return steps;
+}
+
+std::optional<std::uint32_t> ParseCode(std::wstring_view text) {
+    if (text.size() < 3 || text.size() > 10 ||
+        !(text.starts_with(L"0x") || text.starts_with(L"0X")))
+        return std::nullopt;
+    std::uint32_t code = 0;
+    for (wchar_t c : text.substr(2)) {
+        const wchar_t lower = c | 0x20;
+        const int digit = c >= L'0' && c <= L'9'           ? c - L'0'
+                          : lower >= L'a' && lower <= L'f' ? lower - L'a' + 10
+                                                           : -1;
+        if (digit < 0) return std::nullopt;
+        code = code << 4 | static_cast<std::uint32_t>(digit);
+    }
+    return code;
+}
+
+}  // namespace demovex::host

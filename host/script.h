@@ -1,0 +1,37 @@
+// The host's scripted mode: steps on the command line ("/follow 4711 /quit") or in a file, one step
+// a line ("follow 4711"). Texts with blanks stand in quotes.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace demovex::host {
+
+struct Step {
+    std::wstring name;  // without the slash
+    std::vector<std::wstring> arguments;
+};
+
+struct Option {
+    std::wstring_view name;
+    std::size_t arguments;
+    std::wstring_view help;
+};
+
+// Everything that the host understands.
+const std::vector<Option>& Options();
+
+// The steps of a command line's arguments (the program's name not among them). On an error the
+// result is empty and `error` says what is wrong.
+std::optional<std::vector<Step>> ParseArguments(const std::vector<std::wstring>& arguments,
+                                                std::wstring& error);
+
+// The steps of a script; empty lines and lines that begin with "#" are passed over.
+std::optional<std::vector<Step>> ParseScript(std::wstring_view text, std::wstring& error);
+
+// A result code such as "0x800A000D"; nothing for any other text.
+std::optional<std::uint32_t> ParseCode(std::wstring_view text);
+
+}  // namespace demovex::host
