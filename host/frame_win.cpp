@@ -20,6 +20,7 @@ constexpr int kLinkColumn = 4;
 constexpr COLORREF kBand = RGB(22, 66, 110);
 constexpr COLORREF kBandText = RGB(255, 255, 255);
 constexpr COLORREF kTint = RGB(244, 247, 251);
+constexpr COLORREF kLink = RGB(0, 92, 184);
 
 struct ListColumn {
     const wchar_t* caption;
@@ -88,6 +89,7 @@ Frame::~Frame() {
     for (HFONT font : {font_, title_font_, link_font_}) {
         if (font) DeleteObject(font);
     }
+    if (row_height_) ImageList_Destroy(row_height_);
 }
 
 void Frame::Show(int show) {
@@ -185,7 +187,10 @@ void Frame::CreateControls() {
         column.pszText = const_cast<wchar_t*>(kListColumns[i].caption);
         SendMessageW(list_, LVM_INSERTCOLUMNW, i, reinterpret_cast<LPARAM>(&column));
     }
-    TreeView_SetItemHeight(tree_, Scale(24));
+    // rows as high as their image list, which holds nothing else
+    row_height_ = ImageList_Create(1, Scale(22), ILC_COLOR, 1, 1);
+    ListView_SetImageList(list_, row_height_, LVSIL_SMALL);
+    TreeView_SetItemHeight(tree_, Scale(26));
     for (std::size_t i = 0; i < catalogue_.Groups().size(); ++i) {
         TVINSERTSTRUCTW row{};
         row.hInsertAfter = TVI_LAST;
@@ -234,7 +239,13 @@ void Frame::Layout() {
     MoveWindow(address_, gap + Scale(60), band + gap, inner.right - Scale(60) - 2 * gap, line,
                TRUE);
     MoveWindow(tree_, gap, top, left, bottom - top, TRUE);
-    MoveWindow(list_, gap + left + gap, top, inner.right - left - 3 * gap, bottom - top, TRUE);
+    const int width = inner.right - left - 3 * gap;
+    MoveWindow(list_, gap + left + gap, top, width, bottom - top, TRUE);
+    // the description takes what the other columns leave
+    int taken = GetSystemMetrics(SM_CXVSCROLL) + 2 * GetSystemMetrics(SM_CXEDGE);
+    for (const ListColumn& column : kListColumns) taken += Scale(column.width);
+    const int description = Scale(kListColumns[1].width);
+    ListView_SetColumnWidth(list_, 1, std::max(description, description + width - taken));
     InvalidateRect(window_, nullptr, TRUE);
 }
 
@@ -296,8 +307,7 @@ LRESULT Frame::DrawItem(NMLVCUSTOMDRAW& draw) const {
             return CDRF_NOTIFYSUBITEMDRAW;
         case CDDS_ITEMPREPAINT | CDDS_SUBITEM:
             draw.clrTextBk = draw.nmcd.dwItemSpec % 2 ? kTint : GetSysColor(COLOR_WINDOW);
-            draw.clrText =
-                GetSysColor(draw.iSubItem == kLinkColumn ? COLOR_HOTLIGHT : COLOR_WINDOWTEXT);
+            draw.clrText = draw.iSubItem == kLinkColumn ? kLink : GetSysColor(COLOR_WINDOWTEXT);
             SelectObject(draw.nmcd.hdc, draw.iSubItem == kLinkColumn ? link_font_ : font_);
             return CDRF_NEWFONT;
         default:
@@ -419,6 +429,7 @@ void Frame::ShowRows(std::vector<std::size_t> rows, const std::wstring& heading)
     rows_ = std::move(rows);
     heading_ = heading;
     ListView_SetItemCountEx(list_, static_cast<int>(rows_.size()), 0);
+    ListView_RedrawItems(list_, 0, static_cast<int>(rows_.size()));
     ListView_SetItemState(list_, -1, 0, LVIS_SELECTED | LVIS_FOCUSED);
     if (!rows_.empty()) {
         ListView_SetItemState(list_, 0, LVIS_SELECTED | LVIS_FOCUSED, LVIS_SELECTED | LVIS_FOCUSED);

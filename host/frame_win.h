@@ -75,6 +75,7 @@ class Frame {
     HFONT font_ = nullptr;
     HFONT title_font_ = nullptr;
     HFONT link_font_ = nullptr;
+    HIMAGELIST row_height_ = nullptr;
     std::wstring heading_;
     std::vector<std::size_t> rows_;
     bool moving_ = false;  // the program itself moves selections

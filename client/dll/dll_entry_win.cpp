@@ -13,8 +13,8 @@ namespace {
 
 // What every Client works with, made anew for each.
 demovex::ClientParts RealParts() {
-    return {demovex::MakeTextService(), demovex::MakeSound(), demovex::ModuleFolder(),
-            demovex::CreateBasketWindow};
+    return {std::make_shared<demovex::WinTextService>(), std::make_shared<demovex::WinSound>(),
+            demovex::ModuleFolder(), demovex::CreateBasketWindow};
 }
 
 }  // namespace
