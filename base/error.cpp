@@ -24,12 +24,16 @@ std::wstring_view StandardDescription(std::int32_t number) noexcept {
             return L"Division by zero";
         case runtime_error::kTypeMismatch:
             return L"Type mismatch";
+        case runtime_error::kBadFileName:
+            return L"Bad file name or number";
         case runtime_error::kFileNotFound:
             return L"File not found";
         case runtime_error::kDeviceIoError:
             return L"Device I/O error";
         case runtime_error::kDiskFull:
             return L"Disk full";
+        case runtime_error::kTooManyFiles:
+            return L"Too many files";
         case runtime_error::kPermissionDenied:
             return L"Permission denied";
         case runtime_error::kPathFileAccessError:
@@ -38,6 +42,10 @@ std::wstring_view StandardDescription(std::int32_t number) noexcept {
             return L"Path not found";
         case runtime_error::kObjectNotSet:
             return L"Object variable or With block variable not set";
+        case runtime_error::kPrinterError:
+            return L"Printer error";
+        case runtime_error::kCantOpenClipboard:
+            return L"Can't open Clipboard";
         case runtime_error::kCannotRemoveLastRow:
             return L"Cannot remove last non-fixed row";
         default:

@@ -24,13 +24,17 @@ inline constexpr std::int32_t kOutOfMemory = 7;
 inline constexpr std::int32_t kSubscriptOutOfRange = 9;
 inline constexpr std::int32_t kDivisionByZero = 11;
 inline constexpr std::int32_t kTypeMismatch = 13;
+inline constexpr std::int32_t kBadFileName = 52;
 inline constexpr std::int32_t kFileNotFound = 53;
 inline constexpr std::int32_t kDeviceIoError = 57;
 inline constexpr std::int32_t kDiskFull = 61;
+inline constexpr std::int32_t kTooManyFiles = 67;
 inline constexpr std::int32_t kPermissionDenied = 70;
 inline constexpr std::int32_t kPathFileAccessError = 75;
 inline constexpr std::int32_t kPathNotFound = 76;
 inline constexpr std::int32_t kObjectNotSet = 91;
+inline constexpr std::int32_t kPrinterError = 482;
+inline constexpr std::int32_t kCantOpenClipboard = 521;
 // The grid's refusal to remove its last non-fixed row.
 inline constexpr std::int32_t kCannotRemoveLastRow = 30016;
 }  // namespace runtime_error

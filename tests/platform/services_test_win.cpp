@@ -1,0 +1,163 @@
+// Message boxes, sounds and the shell.
+#include <gtest/gtest.h>
+
+#include <windows.h>
+
+#include <chrono>
+#include <thread>
+
+#include "platform/message_box_win.h"
+#include "platform/shell_win.h"
+#include "platform/sound_win.h"
+#include "tests/support/temp_folder.h"
+#include "tests/support/wait_until.h"
+
+namespace demovex {
+namespace {
+
+// Waits for a message box of this process, notes what it shows and answers it with a button or,
+// for kEscape, by the window's close command.
+class Answerer {
+  public:
+    static constexpr int kEscape = -1;
+
+    explicit Answerer(int button)
+        : thread_([this, button] {
+              HWND box = nullptr;
+              seen_ = WaitUntil([&] {
+                  box = nullptr;
+                  EnumWindows(&Find, reinterpret_cast<LPARAM>(&box));
+                  // the box is ready when its buttons are
+                  return box != nullptr && IsWindowVisible(box) &&
+                         GetDlgItem(box, 0xFFFF) != nullptr;
+              });
+              if (!seen_) return;
+              wchar_t text[200] = L"";
+              GetWindowTextW(box, text, 200);
+              title = text;
+              GetDlgItemTextW(box, 0xFFFF, text, 200);
+              shown = text;
+              owner = GetWindow(box, GW_OWNER);
+              buttons = 0;
+              for (int id : {IDOK, IDCANCEL, IDYES, IDNO}) {
+                  if (GetDlgItem(box, id) != nullptr) ++buttons;
+              }
+              PostMessageW(box, button == kEscape ? WM_CLOSE : WM_COMMAND,
+                           button == kEscape ? 0 : static_cast<WPARAM>(button), 0);
+          }) {}
+    ~Answerer() { Join(); }
+    void Join() {
+        if (thread_.joinable()) thread_.join();
+    }
+    bool seen() {
+        Join();
+        return seen_;
+    }
+
+    std::wstring title, shown;
+    HWND owner = nullptr;
+    int buttons = 0;
+
+  private:
+    static BOOL CALLBACK Find(HWND window, LPARAM place) {
+        DWORD process = 0;
+        GetWindowThreadProcessId(window, &process);
+        wchar_t name[20] = L"";
+        GetClassNameW(window, name, 20);
+        if (process != GetCurrentProcessId() || std::wstring_view(name) != L"#32770") return TRUE;
+        *reinterpret_cast<HWND*>(place) = window;
+        return FALSE;
+    }
+
+    bool seen_ = false;
+    std::thread thread_;
+};
+
+struct MessageBoxes : testing::Test {
+    HWND window = CreateWindowExW(0, L"STATIC", L"Warenkorb", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 10,
+                                  10, 300, 200, nullptr, nullptr, nullptr, nullptr);
+    WinMessageBox box{[this] { return window; }, L"DemoVexClient"};
+    ~MessageBoxes() override { DestroyWindow(window); }
+};
+
+TEST_F(MessageBoxes, ShowTextAndTitleBeforeTheirOwner) {
+    Answerer answerer(IDOK);
+    EXPECT_EQ(box.Show(L"'x' ist keine g\u00FCltige Artikelnummer", L"Titel", MessageButtons::kOk,
+                       MessageIcon::kExclamation),
+              MessageAnswer::kOk);
+    ASSERT_TRUE(answerer.seen());
+    EXPECT_EQ(answerer.title, L"Titel");
+    EXPECT_EQ(answerer.shown, L"'x' ist keine g\u00FCltige Artikelnummer");
+    EXPECT_EQ(answerer.owner, window);
+    EXPECT_EQ(answerer.buttons, 1);
+    EXPECT_TRUE(IsWindowEnabled(window));
+}
+
+TEST_F(MessageBoxes, TakeTheApplicationsTitleForAnEmptyOne) {
+    Answerer answerer(IDOK);
+    box.Show(L"text", L"", MessageButtons::kOk, MessageIcon::kNone);
+    ASSERT_TRUE(answerer.seen());
+    EXPECT_EQ(answerer.title, L"DemoVexClient");
+}
+
+TEST_F(MessageBoxes, TellTheChosenAnswer) {
+    const struct {
+        int button;
+        MessageAnswer answer;
+    } cases[] = {{IDYES, MessageAnswer::kYes},
+                 {IDNO, MessageAnswer::kNo},
+                 {IDCANCEL, MessageAnswer::kCancel},
+                 {Answerer::kEscape, MessageAnswer::kCancel}};
+    for (const auto& one : cases) {
+        Answerer answerer(one.button);
+        EXPECT_EQ(box.Show(L"?", L"Frage", MessageButtons::kYesNoCancel, MessageIcon::kCritical),
+                  one.answer);
+        ASSERT_TRUE(answerer.seen());
+        EXPECT_EQ(answerer.buttons, 3);
+    }
+}
+
+TEST_F(MessageBoxes, AnswerOkWhenABoxWithOnlyThatButtonIsClosed) {
+    Answerer answerer(Answerer::kEscape);
+    EXPECT_EQ(box.Show(L"text", L"", MessageButtons::kOk, MessageIcon::kNone), MessageAnswer::kOk);
+    EXPECT_TRUE(answerer.seen());
+}
+
+TEST_F(MessageBoxes, ShowTextsBehindANulAndWithoutAnOwner) {
+    WinMessageBox ownerless({}, L"Titel");
+    Answerer answerer(IDOK);
+    ownerless.Show(std::wstring_view(L"a\0b", 3), L"", MessageButtons::kOk, MessageIcon::kNone);
+    ASSERT_TRUE(answerer.seen());
+    EXPECT_EQ(answerer.shown, L"a b");
+    EXPECT_EQ(answerer.owner, nullptr);
+}
+
+TEST(Sounds, ReturnAtOnceWithoutFileOrDevice) {
+    const TempFolder folder;
+    WinSound sound;
+    const auto begin = std::chrono::steady_clock::now();
+    sound.Play(folder / L"missing.wav");
+    sound.Play(folder.Put(L"broken.wav", "RIFF"));
+    sound.Play(L"");
+    sound.Play(std::wstring(50'000, L'x'));
+    sound.Beep();
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(5));
+}
+
+TEST(Shells, TellFailureByASmallCode) {
+    const TempFolder folder;
+    WinShell shell({});
+    const int missing = shell.Open(folder / L"missing.txt");
+    EXPECT_GE(missing, 0);
+    EXPECT_LE(missing, 32);
+    EXPECT_LE(shell.Open(folder.Put(L"a.kindwithoutprogram", "x")), 32);
+}
+
+TEST(Shells, OpenAProgramAndTellSuccess) {
+    // the shortest-lived program that every system has
+    WinShell shell({});
+    EXPECT_GT(shell.Open(L"hostname.exe"), 32);
+}
+
+}  // namespace
+}  // namespace demovex

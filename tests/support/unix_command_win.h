@@ -1,0 +1,41 @@
+// Commands of the system beneath Wine, run from a Windows test program: what another system on the
+// network would do to our files. Elsewhere they are not available, and tests that need them skip.
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+
+namespace demovex {
+
+inline bool HasUnixCommands() {
+    return GetProcAddress(GetModuleHandleW(L"kernel32"), "wine_get_unix_file_name") != nullptr;
+}
+
+// The path as the system beneath knows it.
+inline std::string UnixPath(const std::wstring& path) {
+    using GetName = char*(__cdecl*)(const wchar_t*);
+    const auto get = reinterpret_cast<GetName>(reinterpret_cast<void*>(
+        GetProcAddress(GetModuleHandleW(L"kernel32"), "wine_get_unix_file_name")));
+    char* name = get != nullptr ? get(path.c_str()) : nullptr;
+    const std::string result = name != nullptr ? name : "";
+    if (name != nullptr) HeapFree(GetProcessHeap(), 0, name);
+    return result;
+}
+
+// Starts a shell command there (no double quotes in it). Wait for its effect, not for its end.
+inline bool StartUnix(const std::string& command) {
+    std::wstring line = L"Z:\\bin\\sh -c \"" + std::wstring(command.begin(), command.end()) + L"\"";
+    STARTUPINFOW start{};
+    start.cb = sizeof start;
+    PROCESS_INFORMATION process{};
+    if (!CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start,
+                        &process)) {
+        return false;
+    }
+    CloseHandle(process.hProcess);
+    CloseHandle(process.hThread);
+    return true;
+}
+
+}  // namespace demovex
