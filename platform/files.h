@@ -17,6 +17,8 @@ namespace demovex {
 class IOutputFile {
   public:
     virtual ~IOutputFile() = default;
+    // All of `bytes` or none: a write that breaks off (disk full, say) takes back what it has
+    // written before it raises, so that a text written line by line ends with a whole line.
     virtual void Write(std::string_view bytes) = 0;
     // Returns after the bytes have reached the disk.
     virtual void Flush() = 0;

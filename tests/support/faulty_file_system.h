@@ -48,7 +48,7 @@ class FaultyFileSystem : public IFileSystem {
     explicit FaultyFileSystem(IFileSystem& inner) : inner_(inner) {}
 
     // Operation `n` (1-based) and the `count` - 1 after it raise the run-time error and change
-    // nothing; a Write first writes half of its bytes.
+    // nothing.
     void FailAt(int n, std::int32_t error, int count = 1) {
         fail_from_ = n;
         fail_to_ = count < std::numeric_limits<int>::max() - n ? n + count
@@ -99,7 +99,7 @@ class FaultyFileSystem : public IFileSystem {
             try {
                 owner_.Step(FileOperation::kWrite);
             } catch (...) {
-                // a write that breaks off leaves a part behind
+                // a program that ends while it writes leaves a part behind
                 if (owner_.torn_) file_->Write(bytes.substr(0, bytes.size() / 2));
                 owner_.torn_ = false;
                 throw;
@@ -144,7 +144,6 @@ class FaultyFileSystem : public IFileSystem {
             throw Killed{count()};
         }
         if (count() >= fail_from_ && count() < fail_to_) {
-            torn_ = operation == FileOperation::kWrite;
             RaiseRuntimeError(error_);
         }
     }

@@ -1,0 +1,141 @@
+// A basket with its file rooms over real files in a temporary folder, without a window: real rows
+// and totals, a plain grid, recording services, and a file system that fails where a test says.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <functional>
+#include <map>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "basket/basket_files.h"
+#include "basket/basket_rows.h"
+#include "basket/columns.h"
+#include "basket/recent_files.h"
+#include "basket/sending.h"
+#include "tests/support/fake_basket_view.h"
+#include "tests/support/fake_file_dialogs.h"
+#include "tests/support/fake_grid.h"
+#include "tests/support/fake_printer.h"
+#include "tests/support/fake_services.h"
+#include "tests/support/fake_text_service.h"
+#include "tests/support/faulty_file_system.h"
+#include "tests/support/raised.h"
+#include "tests/support/std_file_system.h"
+#include "tests/support/temp_folder.h"
+
+namespace demovex {
+
+// Time that passes only while somebody waits.
+class FakeRetryClock final : public IRetryClock {
+  public:
+    std::chrono::milliseconds now{0};
+    int waits = 0;
+    std::chrono::milliseconds Now() override { return now; }
+    void Wait(std::chrono::milliseconds duration) override {
+        now += duration;
+        ++waits;
+    }
+};
+
+// An article master in memory.
+class FakeArticles final : public IArticleLookup {
+  public:
+    std::map<std::wstring, std::pair<std::wstring, std::wstring>> articles;
+    bool LookUpArtikelNr(const std::wstring& Nr, std::wstring& Bezeichnung,
+                         std::wstring& Preis) override {
+        const auto found = articles.find(Nr);
+        if (found == articles.end()) return false;
+        Bezeichnung = found->second.first;
+        Preis = found->second.second;
+        return true;
+    }
+};
+
+// Stands in for the cell editor: what is being typed is written by a callback.
+class FakeCellCommit final : public ICellCommit {
+  public:
+    std::function<void()> typed;  // runs once, with the next commit
+    int commits = 0;
+    int row_col_changes = 0;
+    void CommitCellEdit() override {
+        ++commits;
+        const auto write = std::exchange(typed, nullptr);
+        if (write) write();
+    }
+    void CloseEditor() override { CommitCellEdit(); }
+    void Liste_RowColChange() override { ++row_col_changes; }
+};
+
+struct FilesFixture {
+    TempFolder folder;
+    StdFileSystem disk;
+    FaultyFileSystem files{disk};
+    FakeTextService text{FakeLocale::kGermany};
+    FakeSettings settings;
+    FakeClipboard clipboard;
+    FakeMessageBox messages;
+    FakeSound sound;
+    FakeShell shell;
+    FakePrinter printer;
+    FakeFileDialogs dialogs;
+    FakeRetryClock clock;
+    FakeArticles articles;
+    FakeCellCommit editor;
+    Services services{text,  files, settings, clipboard, messages,
+                      sound, shell, printer,  dialogs,   L"C:\\Programme\\Warenkorb"};
+    FakeGrid grid{2, column::kCount};
+    FakeBasketView view;
+    BasketState state;
+    BasketContext context{grid, view, services, state};
+    BasketRows rows{context, editor, articles};
+    RecentFiles recent{context};
+    BasketFiles basket{context, rows, recent, &clock};
+    Sending sending{context, rows, recent};
+
+    FilesFixture() {
+        articles.articles = {{L"4711", {L"Duftwasser", L"100"}},
+                             {L"4712", {L"Seife", L"25,5"}},
+                             {L"4713", {L"Bürste", L"1000"}}};
+        rows.BuildEmptyGrid();
+        state.InitPending = false;
+        SetBasketCaption(context, kDesignedCaption);
+    }
+
+    std::wstring Cell(std::int32_t row, std::int32_t col) const {
+        return std::wstring(grid.TextMatrix(row, col));
+    }
+    // The texts of one column, row 1 to the last.
+    std::vector<std::wstring> Column(std::int32_t col) const {
+        std::vector<std::wstring> texts;
+        for (std::int32_t row = 1; row < grid.Rows(); ++row) texts.push_back(Cell(row, col));
+        return texts;
+    }
+    std::vector<std::wstring> ArticleNumbers() const { return Column(column::kArtNr); }
+    std::vector<std::wstring> Quantities() const { return Column(column::kMenge); }
+
+    // A basket file with the header and these lines.
+    std::wstring PutBasket(std::wstring_view name, std::string_view lines) const {
+        return folder.Put(name, "DemoVexClient.Client\r\n" + std::string(lines));
+    }
+    // What Load raises for `path`, its description; empty when it raises nothing.
+    std::wstring LoadError(const std::wstring& path) {
+        try {
+            basket.Load(path);
+        } catch (const Error& error) {
+            EXPECT_EQ(error.number(), -1);
+            EXPECT_EQ(error.source(), L"Load");
+            return error.description();
+        }
+        return L"";
+    }
+    std::wstring LoadErrorOf(const std::wstring& path, std::wstring_view cause) const {
+        return L"Datei '" + path + L"' kann nicht geöffnet werden: " + std::wstring(cause);
+    }
+    const FakeMessageBox::Shown& LastMessage() const { return messages.shown.back(); }
+};
+
+}  // namespace demovex
