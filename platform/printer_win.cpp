@@ -1,6 +1,9 @@
 #include "platform/printer_win.h"
 
+// clang-format off
+#include <windows.h>
 #include <winspool.h>
+// clang-format on
 
 #include <algorithm>
 #include <cstdint>
@@ -254,7 +257,7 @@ std::wstring DefaultPrinterName() {
 
 }  // namespace
 
-WinPrinter::WinPrinter(std::function<HWND()> owner) : owner_(std::move(owner)) {}
+WinPrinter::WinPrinter(OwnerWindow owner) : owner_(std::move(owner)) {}
 
 int WinPrinter::InstalledCount() const {
     constexpr DWORD kFlags = PRINTER_ENUM_LOCAL | PRINTER_ENUM_CONNECTIONS;
@@ -278,7 +281,7 @@ std::unique_ptr<IPrintJob> WinPrinter::Begin(std::wstring_view document) {
     SetLastError(0);
     OwnedDc dc(CreateDCW(L"WINSPOOL", name.c_str(), nullptr, nullptr));
     if (!dc) RaisePrinterError(GetLastError());
-    return std::make_unique<WinPrintJob>(std::move(dc), owner_ ? owner_() : nullptr, document);
+    return std::make_unique<WinPrintJob>(std::move(dc), CurrentOwner(owner_), document);
 }
 
 }  // namespace demovex

@@ -11,12 +11,10 @@
 // user has set for the printer.
 #pragma once
 
-#include <windows.h>
-
-#include <functional>
 #include <memory>
 #include <string_view>
 
+#include "platform/owner_window_win.h"
 #include "platform/printer.h"
 
 namespace demovex {
@@ -25,7 +23,7 @@ class WinPrinter : public IPrinter {
   public:
     // `owner` gives the window that takes no input while a job is under way (a driver may show a
     // dialog of its own then); it may give null, and may be left out.
-    explicit WinPrinter(std::function<HWND()> owner = {});
+    explicit WinPrinter(OwnerWindow owner = {});
 
     // Raises 482 when the system cannot say.
     int InstalledCount() const override;
@@ -33,7 +31,7 @@ class WinPrinter : public IPrinter {
     std::unique_ptr<IPrintJob> Begin(std::wstring_view document) override;
 
   private:
-    std::function<HWND()> owner_;
+    OwnerWindow owner_;
 };
 
 }  // namespace demovex
