@@ -96,7 +96,7 @@ inline double Compare(const std::string& name, const Side& ours, const Side& alt
 // For values the compiler must not throw away.
 template <typename T>
 void Keep(const T& value) {
-    static volatile T sink;
+    [[maybe_unused]] static volatile T sink;
     sink = value;
 }
 
