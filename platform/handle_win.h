@@ -1,4 +1,4 @@
-// Owners of kernel handles and mapped views.
+// Owners of kernel handles.
 #pragma once
 
 #include <windows.h>
@@ -19,12 +19,5 @@ using UniqueHandle = std::unique_ptr<HANDLE, HandleClose>;
 inline UniqueHandle OwnFile(HANDLE handle) noexcept {
     return UniqueHandle(handle == INVALID_HANDLE_VALUE ? nullptr : handle);
 }
-
-struct ViewUnmap {
-    void operator()(const void* view) const noexcept { UnmapViewOfFile(view); }
-};
-
-// A mapped view of a file.
-using UniqueView = std::unique_ptr<const void, ViewUnmap>;
 
 }  // namespace demovex

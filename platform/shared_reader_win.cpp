@@ -1,7 +1,6 @@
 #include "platform/shared_reader_win.h"
 
 #include <algorithm>
-#include <cwchar>
 #include <limits>
 
 #include "base/error.h"
@@ -64,10 +63,9 @@ int WinSharedReader::mapped_views() const {
 
 std::string_view WinSharedReader::Read(std::uint64_t offset, std::size_t length) {
     if (length > size_ || offset > size_ - length) RaiseRuntimeError(runtime_error::kDeviceIoError);
-    // room for an odd length and for the terminator of the copy
-    if (buffer_.size() < length / 2 + 2) buffer_.resize(length / 2 + 2);
+    if (buffer_.size() < length) buffer_.resize(length);
     if (length != 0 && !CopyFromMap(offset, length)) ReadDirectly(offset, length);
-    return {reinterpret_cast<const char*>(buffer_.data()), length};
+    return {buffer_.data(), length};
 }
 
 // False when the bytes could not be had from the map beyond doubt.
@@ -75,18 +73,17 @@ bool WinSharedReader::CopyFromMap(std::uint64_t offset, std::size_t length) {
     if (!policy_.map || length > kLongestMappedRead) return false;
     const View* view = ViewFor(offset, length);
     if (view == nullptr) return false;
-    const std::size_t units = (length + 1) / 2;
-    if (offset + units * 2 > view->end) return false;
-    // The one function of the system that copies under its own protection: a fault makes it return
-    // null (its documentation says so). It stops at a zero unit, and bytes behind the end of a file
-    // that has become shorter read as zeros; both are doubt.
-    const char* source = static_cast<const char*>(view->address.get()) + (offset - view->begin);
-    if (lstrcpynW(buffer_.data(), reinterpret_cast<const wchar_t*>(source),
-                  static_cast<int>(units + 1)) == nullptr) {
-        return false;
+    if (view->map->Copy(static_cast<std::size_t>(offset - view->begin), length, buffer_.data())) {
+        return true;
     }
-    return std::wmemchr(buffer_.data(), L'\0', units) == nullptr &&
-           reinterpret_cast<const char*>(buffer_.data())[length - 1] != '\0';
+    if (view->map->lost()) StopMapping();
+    return false;
+}
+
+void WinSharedReader::StopMapping() noexcept {
+    views_.clear();
+    section_.reset();
+    policy_.map = false;
 }
 
 void WinSharedReader::ReadDirectly(std::uint64_t offset, std::size_t length) {
@@ -97,7 +94,7 @@ void WinSharedReader::ReadDirectly(std::uint64_t offset, std::size_t length) {
     if (!SetFilePointerEx(file_.get(), place, nullptr, FILE_BEGIN)) {
         RaiseRuntimeError(runtime_error::kDeviceIoError);
     }
-    char* to = reinterpret_cast<char*>(buffer_.data());
+    char* to = buffer_.data();
     while (length > 0) {
         const DWORD part = static_cast<DWORD>(std::min<std::size_t>(length, 1u << 30));
         DWORD got = 0;
@@ -141,11 +138,9 @@ const WinSharedReader::View* WinSharedReader::ViewFor(std::uint64_t offset, std:
         view.used = clock_;
         const std::uint64_t bytes = view.end - view.begin;
         if (bytes <= std::numeric_limits<SIZE_T>::max()) {
-            view.address.reset(MapViewOfFile(
-                section_.get(), FILE_MAP_READ, static_cast<DWORD>(view.begin >> 32),
-                static_cast<DWORD>(view.begin & 0xFFFFFFFFu), static_cast<SIZE_T>(bytes)));
+            view.map = MappedView::Map(section_.get(), view.begin, static_cast<std::size_t>(bytes));
         }
-        if (view.address) {
+        if (view.map) {
             const auto oldest =
                 std::min_element(views_.begin(), views_.end(),
                                  [](const View& a, const View& b) { return a.used < b.used; });
@@ -158,8 +153,7 @@ const WinSharedReader::View* WinSharedReader::ViewFor(std::uint64_t offset, std:
         }
         // no room for the whole file in one piece: by windows; not even for one: without the map
         if (window_ <= kWindow) {
-            views_.clear();
-            policy_.map = false;
+            StopMapping();
             return nullptr;
         }
         window_ = kWindow;

@@ -5,10 +5,9 @@
 // the system refuses to map, every read is a seek and a read. Nothing of the file is kept: what
 // another program writes in place is seen by the next read.
 //
-// A mapped page can be missing when it is touched (a drive pulled out, a bad sector, a file cut off
-// by another system). Bytes are therefore copied out of the map only through a function of the
-// system that reports such a fault instead of passing it on to the host; in any doubt the file
-// itself is read, which tells the true state or fails with an ordinary error.
+// Bytes are copied out of the map, so that a caller never holds on to mapped memory. Where a page
+// is missing (see mapped_view_win.h) and in any other doubt the file itself is read, which tells
+// the true state or fails with an ordinary error.
 #pragma once
 
 #include <cstdint>
@@ -16,6 +15,7 @@
 
 #include "platform/files_win.h"
 #include "platform/handle_win.h"
+#include "platform/mapped_view_win.h"
 
 namespace demovex {
 
@@ -25,8 +25,8 @@ class WinSharedReader : public IRandomReader {
     WinSharedReader(std::wstring_view path, SharedReadPolicy policy);
 
     std::uint64_t Size() const override { return size_; }
-    // Raises 57, or 70 while another program has locked the bytes. Mapped reads cost about 50 ns;
-    // cost grows with `length`.
+    // Raises 57, or 70 while another program has locked the bytes. A mapped read costs
+    // about what copying the bytes costs.
     std::string_view Read(std::uint64_t offset, std::size_t length) override;
 
     // For tests: number of views mapped now, and of reads that did not come from one.
@@ -35,7 +35,7 @@ class WinSharedReader : public IRandomReader {
 
   private:
     struct View {
-        UniqueView address;
+        std::unique_ptr<MappedView> map;
         std::uint64_t begin = 0;
         std::uint64_t end = 0;
         std::uint64_t used = 0;  // when it was last used, in reads
@@ -45,6 +45,7 @@ class WinSharedReader : public IRandomReader {
     void ReadDirectly(std::uint64_t offset, std::size_t length);
     const View* ViewFor(std::uint64_t offset, std::size_t length);
     bool CreateSection();
+    void StopMapping() noexcept;
 
     UniqueHandle file_;
     std::uint64_t size_ = 0;
@@ -55,7 +56,7 @@ class WinSharedReader : public IRandomReader {
     std::vector<View> views_;
     std::uint64_t clock_ = 0;
     int direct_reads_ = 0;
-    std::vector<wchar_t> buffer_;
+    std::vector<char> buffer_;
 };
 
 }  // namespace demovex

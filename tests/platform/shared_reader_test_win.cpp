@@ -193,6 +193,70 @@ TEST_F(SharedReader, RaisesDeviceErrorWhenWindowsCanNoLongerBeMapped) {
     EXPECT_EQ(reader.Read(999'000, 54), Pattern(999'000, 54));
 }
 
+// The reader's guard must leave alone what is not its own.
+void* fault_page = nullptr;
+int faults_seen = 0;
+LONG CALLBACK MendFault(EXCEPTION_POINTERS* exception) {
+    const EXCEPTION_RECORD& record = *exception->ExceptionRecord;
+    if (record.ExceptionCode != EXCEPTION_ACCESS_VIOLATION ||
+        record.ExceptionInformation[1] != reinterpret_cast<ULONG_PTR>(fault_page)) {
+        return EXCEPTION_CONTINUE_SEARCH;
+    }
+    ++faults_seen;
+    DWORD before = 0;
+    VirtualProtect(fault_page, 1, PAGE_READWRITE, &before);
+    return EXCEPTION_CONTINUE_EXECUTION;
+}
+
+TEST_F(SharedReader, LeavesTheFaultsOfOthersToThem) {
+    WinSharedReader reader(PutPattern(10'000), {});
+    EXPECT_EQ(reader.Read(0, 54), Pattern(0, 54));
+    ASSERT_TRUE(MappedView::IsGuarding());
+    faults_seen = 0;
+    fault_page = VirtualAlloc(nullptr, 4096, MEM_RESERVE | MEM_COMMIT, PAGE_NOACCESS);
+    void* others = AddVectoredExceptionHandler(0, &MendFault);
+    EXPECT_EQ(*static_cast<volatile char*>(fault_page), 0);
+    RemoveVectoredExceptionHandler(others);
+    EXPECT_EQ(faults_seen, 1);
+    EXPECT_EQ(reader.Read(54, 54), Pattern(54, 54));
+    VirtualFree(fault_page, 0, MEM_RELEASE);
+}
+
+TEST_F(SharedReader, GuardsOnlyWhileSomethingIsMapped) {
+    EXPECT_FALSE(MappedView::IsGuarding());
+    {
+        WinSharedReader first(PutPattern(10'000), {});
+        EXPECT_FALSE(MappedView::IsGuarding());
+        first.Read(0, 10);
+        {
+            WinSharedReader second(folder / L"data", {});
+            second.Read(0, 10);
+        }
+        EXPECT_TRUE(MappedView::IsGuarding());
+        WinSharedReader third(folder / L"data", {.map = false});
+        third.Read(0, 10);
+    }
+    EXPECT_FALSE(MappedView::IsGuarding());
+}
+
+TEST_F(SharedReader, OneReadersLossLeavesTheOthersWhole) {
+    if (!HasUnixCommands()) GTEST_SKIP() << "only another system can cut off a mapped file";
+    const std::wstring path = PutPattern(100'000);
+    WinSharedReader other(folder.Put(L"other", Pattern(0, 100'000)), {});
+    EXPECT_EQ(other.Read(90'000, 54), Pattern(90'000, 54));
+    WinSharedReader reader(path, {}), twin(path, {});
+    EXPECT_EQ(reader.Read(90'000, 54), Pattern(90'000, 54));
+    EXPECT_EQ(twin.Read(90'000, 54), Pattern(90'000, 54));
+    CutFromOutside(50'000);
+    // across the border of two missing pages
+    EXPECT_EQ(RaisedBy([&] { reader.Read(90'112 - 20, 54); }), 57);
+    EXPECT_EQ(RaisedBy([&] { twin.Read(90'000, 54); }), 57);
+    EXPECT_EQ(reader.mapped_views(), 0);
+    EXPECT_EQ(other.Read(90'000, 54), Pattern(90'000, 54));
+    EXPECT_EQ(other.direct_reads(), 0);
+    EXPECT_EQ(reader.Read(1'000, 54), Pattern(1'000, 54));
+}
+
 TEST_F(SharedReader, SharesTheFileWithWritersAndDeleters) {
     WinSharedReader reader(PutPattern(100), {});
     EXPECT_EQ(reader.Read(0, 10), Pattern(0, 10));
