@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "basket/basket_rooms.h"
 #include "basket/basket_window_impl_win.h"
 #include "basket/window_ids.h"
 
@@ -130,6 +131,7 @@ LRESULT BasketWindowImpl::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) 
                 SendMessageW(child, message, wparam, lparam);
             }
             if (message == WM_SYSCOLORCHANGE && initialised_) toolbar_->Build();
+            if (message == WM_SETTINGCHANGE && own_services_) own_services_->SettingsChanged();
             RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
             break;
         case WM_CLOSE:
@@ -292,6 +294,11 @@ void BasketWindowImpl::PopupContextMenu(const TwipsPoint& at) {
 
 void BasketWindowImpl::KeepPainted() {
     RedrawWindow(window_, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
+}
+
+void BasketWindowImpl::ShowAboutBox() {
+    services_->messages.Show(std::wstring(kDesignedCaption) + L"\r\n\r\nWarenkorb für Bestellungen",
+                             L"Info", MessageButtons::kOk, MessageIcon::kNone);
 }
 
 void BasketWindowImpl::RequestClose() {

@@ -162,12 +162,12 @@ void BasketWindowImpl::CreateControls() {
 
 // Wide enough for all columns, high enough for twenty rows and the totals.
 void BasketWindowImpl::SetFirstSize() {
-    Twips columns = 0;
-    for (const ColumnRow& column : kColumns) columns += column.width;
+    int columns = 0;
+    for (const ColumnRow& column : kColumns) columns += scale_.ToPixels(column.width);
     const int edges = 2 * GetSystemMetrics(SM_CXEDGE);
     status_->Layout();
     const int row = scale_.ToPixels(grid_->Grid().RowHeight(0));
-    RECT rect{0, 0, scale_.ToPixels(columns) + edges + GetSystemMetrics(SM_CXVSCROLL),
+    RECT rect{0, 0, columns + edges + GetSystemMetrics(SM_CXVSCROLL),
               scale_.ToPixels(kToolbarHeight) + status_->Height() + edges + (kFirstRows + 2) * row};
     AdjustWindowRectEx(&rect, WS_OVERLAPPEDWINDOW, TRUE, WS_EX_CONTROLPARENT);
     SetWindowPos(window_, nullptr, 0, 0, rect.right - rect.left, rect.bottom - rect.top,
@@ -230,8 +230,6 @@ bool BasketWindowImpl::CloseUnlessCancelled() noexcept {
     closing_ = true;
     bool stays = true;  // also when an error ends the question
     Forward([&](TestLibForm& form) { stays = form.Form_Unload(); });
-    // an error of the host while it was told changes nothing: it has been told
-    if (form_ && owner_ && form_->moLibrary == nullptr) stays = false;
     closing_ = false;
     if (stays) return false;
     unloaded_ = true;

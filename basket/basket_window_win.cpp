@@ -42,6 +42,12 @@ IFlexGrid& BasketWindow::Liste() const {
     return impl->Liste();
 }
 
+IBasketView& BasketWindow::View() const {
+    const auto impl = impl_.lock();
+    if (!impl || impl->Handle() == nullptr) RaiseRuntimeError(runtime_error::kObjectNotSet);
+    return *impl;
+}
+
 HWND BasketWindow::Handle() const noexcept {
     const auto impl = impl_.lock();
     return impl ? impl->Handle() : nullptr;

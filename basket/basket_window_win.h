@@ -58,8 +58,9 @@ class BasketWindow {
     // window is gone.
     std::shared_ptr<TestLibForm> Form() const;
 
-    // The grid, for tests. Raises 91 when the window is gone.
+    // The grid and the view, for tests. Raise 91 when the window is gone.
     IFlexGrid& Liste() const;
+    IBasketView& View() const;
 
     // Null when the window is gone.
     HWND Handle() const noexcept;

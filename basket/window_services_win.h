@@ -18,6 +18,8 @@ class WindowServices {
     WindowServices& operator=(const WindowServices&) = delete;
 
     Services& Get() noexcept;
+    // The user has changed settings of the system: reads the number formats anew.
+    void SettingsChanged();
 
   private:
     struct All;

@@ -16,13 +16,16 @@ constexpr Twips kProgressWidth = 2400;
 WindowStatus::WindowStatus(HWND parent, HINSTANCE module, const Scale& scale) : scale_(scale) {
     window_ = CreateChild(parent, module, STATUSCLASSNAMEW, child_id::kStatusBar,
                           SBARS_SIZEGRIP | CCS_BOTTOM | WS_CLIPCHILDREN);
-    SendMessageW(window_, SB_SIMPLE, TRUE, 0);
+    // one part as wide as the bar, which assistive programs read, without a part's border
+    const int edge = -1;
+    SendMessageW(window_, SB_SETPARTS, 1, reinterpret_cast<LPARAM>(&edge));
+    ShowText({});
     progress_ = CreateChild(window_, module, PROGRESS_CLASSW, child_id::kProgress, PBS_SMOOTH);
     SendMessageW(progress_, PBM_SETRANGE32, 0, kProgressSteps);
 }
 
 void WindowStatus::ShowText(const std::wstring& text) {
-    SendMessageW(window_, SB_SETTEXTW, SB_SIMPLEID, reinterpret_cast<LPARAM>(text.c_str()));
+    SendMessageW(window_, SB_SETTEXTW, SBT_NOBORDERS, reinterpret_cast<LPARAM>(text.c_str()));
 }
 
 void WindowStatus::SetText(std::wstring_view text) {

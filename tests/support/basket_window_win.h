@@ -108,6 +108,16 @@ class BasketWindowFixture {
         }
         SendAndPump(input);
     }
+    // Presses several keys before any of them is handled; those that a menu's own loop takes are
+    // not waited for.
+    void PressAtOnce(const std::vector<std::pair<WORD, bool>>& keys) {
+        std::vector<INPUT> input;
+        for (const auto& [key, down] : keys) {
+            input.push_back(KeyInput(key, down ? 0 : KEYEVENTF_KEYUP));
+        }
+        SendInput(static_cast<UINT>(input.size()), input.data(), sizeof(INPUT));
+        Pump();
+    }
     // Types characters as a keyboard does that has them all (no key codes of their own).
     void Type(std::wstring_view typed) {
         for (const wchar_t character : typed) {
