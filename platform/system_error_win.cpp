@@ -33,6 +33,7 @@ std::int32_t RuntimeErrorOfFile(DWORD code) noexcept {
         case ERROR_DISK_FULL:
         case ERROR_HANDLE_DISK_FULL:
         case kDiskQuotaExceeded:
+        case ERROR_FILE_TOO_LARGE:
             return runtime_error::kDiskFull;
         case ERROR_NOT_READY:
         case ERROR_CRC:

@@ -16,7 +16,7 @@ namespace demovex {
 //                           program), WRITE_PROTECT (the whole medium)
 //   75 path/file access     ACCESS_DENIED (read-only file, a folder, no rights), FILE_EXISTS,
 //                           ALREADY_EXISTS, FILENAME_EXCED_RANGE, and every code not listed here
-//   61 disk full            DISK_FULL, HANDLE_DISK_FULL, DISK_QUOTA_EXCEEDED
+//   61 disk full            DISK_FULL, HANDLE_DISK_FULL, DISK_QUOTA_EXCEEDED, FILE_TOO_LARGE
 //   57 device I/O error     the device or connection failed or went away
 //   52 bad file name        INVALID_NAME, BAD_PATHNAME
 //   67 too many files       TOO_MANY_OPEN_FILES

@@ -11,6 +11,8 @@
 #include "platform/system_error_win.h"
 #include "tests/support/raised.h"
 #include "tests/support/temp_folder.h"
+#include "tests/support/unix_command_win.h"
+#include "tests/support/wait_until.h"
 
 namespace demovex {
 namespace {
@@ -179,6 +181,31 @@ TEST_F(WinFiles, LetOthersReadAFileThatIsBeingWritten) {
     file->Write("12");
     EXPECT_EQ(files.ReadWhole(folder / L"a"), "12");
     EXPECT_EQ(RaisedBy([&] { files.OpenAppend(folder / L"a"); }), 70);
+}
+
+TEST_F(WinFiles, TakeBackTheHalfOfAWriteThatFails) {
+    if (!HasUnixCommands()) GTEST_SKIP() << "no way to make a write fail half-way";
+    // a file just below the largest size that usual file systems beneath Wine can hold (16 TB); it
+    // is all holes and takes no room
+    const std::uint64_t size = (std::uint64_t{1} << 44) - 20'000;
+    const std::wstring path = folder.Put(L"a", "old");
+    const auto length = [&] {
+        WIN32_FILE_ATTRIBUTE_DATA data{};
+        GetFileAttributesExW(path.c_str(), GetFileExInfoStandard, &data);
+        return (std::uint64_t{data.nFileSizeHigh} << 32) + data.nFileSizeLow;
+    };
+    ASSERT_TRUE(StartUnix("truncate -s " + std::to_string(size) + " '" + UnixPath(path) +
+                          "'; echo > '" + UnixPath(folder.path().wstring()) + "/done'"));
+    ASSERT_TRUE(WaitUntil([&] { return folder.Get(L"done") != "<missing>"; }));
+    if (length() != size) GTEST_SKIP() << "the file system does not hold files of 16 TB";
+    auto file = files.OpenAppend(path);
+    const int error = RaisedBy([&] { file->Write(std::string(65'536, 'x')); });
+    if (error == 0) GTEST_SKIP() << "the file system holds larger files";
+    EXPECT_TRUE(error == 57 || error == 61) << error;  // as the system beneath explains it
+    EXPECT_EQ(length(), size);
+    file->Write("1234");  // what fits goes where the failed write would have gone
+    file->Close();
+    EXPECT_EQ(length(), size + 4);
 }
 
 TEST_F(WinFiles, TakeLongPaths) {
