@@ -60,6 +60,10 @@ void FlexGridControl::SendKey(GridKey key) {
     PostMessageW(impl_->window, FlexGridImplWin::kSendKey, static_cast<WPARAM>(key), 0);
 }
 
+void FlexGridControl::SetModuleLock(std::shared_ptr<void> lock) {
+    impl_->accessibility.SetModuleLock(std::move(lock));
+}
+
 void FlexGridControl::Update() {
     if (impl_->window != nullptr) UpdateWindow(impl_->window);
 }

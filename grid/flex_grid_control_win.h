@@ -97,6 +97,9 @@ class FlexGridControl {
     Twips TextWidth(std::wstring_view text, bool bold) const;
     // Queues a keystroke without modifiers, whatever keys the user holds at the moment.
     void SendKey(GridKey key);
+    // Held by the accessible object for as long as a screen reader holds that: keeps the module
+    // loaded. Set before the window is shown.
+    void SetModuleLock(std::shared_ptr<void> lock);
     // Paints what is invalid now instead of when the program is idle.
     void Update();
 

@@ -110,6 +110,11 @@ void FlexGrid::ScrollTo(std::int32_t top, std::int32_t left) {
     Apply(cursor_, std::min(top, rows_.MaxFirst()), std::min(left, cols_.MaxFirst()));
 }
 
+void FlexGrid::Show(std::int32_t row, std::int32_t col) {
+    CheckCell(row, col);
+    ScrollTo(rows_.FirstToShow(row), cols_.FirstToShow(col));
+}
+
 void FlexGrid::ScrollRows(std::int32_t steps) {
     ScrollTo(rows_.Step(TopRow(), steps), LeftCol());
 }

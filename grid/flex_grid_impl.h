@@ -192,6 +192,8 @@ class FlexGrid : public IFlexGrid {
     // Makes (row, col) current and selects from it to (row_sel, col_sel) in one change; 9 for a
     // number out of range. For the row and column selection and for assistive programs.
     void Select(std::int32_t row, std::int32_t col, std::int32_t row_sel, std::int32_t col_sel);
+    // Scrolls as little as it takes to have the cell wholly in view.
+    void Show(std::int32_t row, std::int32_t col);
 
   private:
     struct Cursor {

@@ -143,9 +143,13 @@ void FlexGridImplWin::ScrollBarsChanged() {
     SetBar(SB_HORZ, grid.HorizontalBar(), shown_h_);
 }
 
-void FlexGridImplWin::CurrentCellChanged() {}
+void FlexGridImplWin::CurrentCellChanged() {
+    if (window != nullptr) accessibility.CurrentCellChanged();
+}
 
-void FlexGridImplWin::SelectionChanged() {}
+void FlexGridImplWin::SelectionChanged() {
+    if (window != nullptr) accessibility.SelectionChanged();
+}
 
 // --- messages ---
 
@@ -165,6 +169,7 @@ LRESULT CALLBACK FlexGridImplWin::Procedure(HWND window, UINT message, WPARAM wp
         SetWindowLongPtrW(window, GWLP_USERDATA, 0);
         self->window = nullptr;
         self->grid.SetDisplay(nullptr);
+        self->accessibility.Disconnect();
         self->buffer_.Reset();
         return DefWindowProcW(window, message, wparam, lparam);
     }
@@ -208,6 +213,12 @@ LRESULT FlexGridImplWin::Handle(UINT message, WPARAM wparam, LPARAM lparam) {
             return 0;
         case WM_GETDLGCODE:
             return DLGC_WANTARROWS;
+        case WM_GETOBJECT:
+            // the object id is a 32-bit number, whatever the upper half of the parameter holds
+            if (static_cast<LONG>(static_cast<DWORD>(lparam)) == OBJID_CLIENT) {
+                return accessibility.Answer(wparam);
+            }
+            break;
         case WM_GETFONT:
             return reinterpret_cast<LRESULT>(font);
         case WM_SETFONT:
@@ -215,6 +226,7 @@ LRESULT FlexGridImplWin::Handle(UINT message, WPARAM wparam, LPARAM lparam) {
             return 0;
         case WM_SETFOCUS:
             grid.SetFocused(true);
+            accessibility.CurrentCellChanged();
             return 0;
         case WM_KILLFOCUS:
             grid.SetFocused(false);

@@ -8,6 +8,7 @@
 
 #include "grid/flex_grid_control_win.h"
 #include "grid/gdi_win.h"
+#include "grid/grid_accessible_win.h"
 
 namespace demovex {
 
@@ -29,6 +30,7 @@ class FlexGridImplWin : public IFlexGridDisplay,
     GdiObject<HFONT> own_font;  // when the owner gave none
     HFONT font = nullptr;
     GdiObject<HFONT> bold_font;
+    GridAccessibility accessibility{*this};
 
     // IFlexGridDisplay
     void Invalidate(const PixelRect& view_rect) override;

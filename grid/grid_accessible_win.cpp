@@ -1,0 +1,489 @@
+#include "grid/grid_accessible_win.h"
+
+#include <algorithm>
+#include <new>
+
+#include "grid/grid_accessible_object_win.h"
+
+namespace demovex {
+
+namespace {
+
+VARIANT LongVariant(LONG value) {
+    VARIANT variant;
+    VariantInit(&variant);
+    variant.vt = VT_I4;
+    variant.lVal = value;
+    return variant;
+}
+
+HRESULT GiveText(std::wstring_view text, BSTR* out) {
+    *out = SysAllocStringLen(text.data(), static_cast<UINT>(text.size()));
+    return *out == nullptr ? E_OUTOFMEMORY : S_OK;
+}
+
+// Enumerates the child ids of a rectangle of cells without listing them.
+class SelectedCells final : public IEnumVARIANT {
+  public:
+    struct Range {
+        std::int32_t row1, col1, row2, col2, cols;
+    };
+    SelectedCells(const Range& range, ULONG at, std::shared_ptr<void> lock)
+        : range_(range), at_(at), module_lock_(std::move(lock)) {}
+
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) noexcept override {
+        if (object == nullptr) return E_POINTER;
+        *object = nullptr;
+        if (iid != IID_IUnknown && iid != IID_IEnumVARIANT) return E_NOINTERFACE;
+        *object = static_cast<IEnumVARIANT*>(this);
+        AddRef();
+        return S_OK;
+    }
+    ULONG STDMETHODCALLTYPE AddRef() noexcept override {
+        return static_cast<ULONG>(InterlockedIncrement(&references_));
+    }
+    ULONG STDMETHODCALLTYPE Release() noexcept override {
+        const LONG left = InterlockedDecrement(&references_);
+        if (left == 0) delete this;
+        return static_cast<ULONG>(left);
+    }
+    HRESULT STDMETHODCALLTYPE Next(ULONG count, VARIANT* cells, ULONG* fetched) noexcept override {
+        if (cells == nullptr || (fetched == nullptr && count != 1)) return E_POINTER;
+        const auto wide = static_cast<ULONG>(range_.col2 - range_.col1 + 1);
+        ULONG done = 0;
+        for (; done < count && at_ < Count(); ++done, ++at_) {
+            const auto row = range_.row1 + static_cast<std::int32_t>(at_ / wide);
+            const auto col = range_.col1 + static_cast<std::int32_t>(at_ % wide);
+            cells[done] = LongVariant(row * range_.cols + col + 1);
+        }
+        if (fetched != nullptr) *fetched = done;
+        return done == count ? S_OK : S_FALSE;
+    }
+    HRESULT STDMETHODCALLTYPE Skip(ULONG count) noexcept override {
+        const ULONG left = Count() - at_;
+        at_ += std::min(count, left);
+        return count <= left ? S_OK : S_FALSE;
+    }
+    HRESULT STDMETHODCALLTYPE Reset() noexcept override {
+        at_ = 0;
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE Clone(IEnumVARIANT** copy) noexcept override {
+        if (copy == nullptr) return E_POINTER;
+        *copy = new (std::nothrow) SelectedCells(range_, at_, module_lock_);
+        return *copy == nullptr ? E_OUTOFMEMORY : S_OK;
+    }
+
+  private:
+    ~SelectedCells() = default;
+    ULONG Count() const {
+        return static_cast<ULONG>(range_.row2 - range_.row1 + 1) *
+               static_cast<ULONG>(range_.col2 - range_.col1 + 1);
+    }
+    LONG references_ = 1;
+    Range range_;
+    ULONG at_;
+    std::shared_ptr<void> module_lock_;
+};
+
+}  // namespace
+
+// --- the control's side ---
+
+LRESULT GridAccessibility::Answer(WPARAM wparam) {
+    if (object_ == nullptr) object_ = new GridAccessible(owner_, module_lock_);
+    return LresultFromObject(IID_IAccessible, wparam, object_);
+}
+
+void GridAccessibility::Disconnect() noexcept {
+    if (object_ == nullptr) return;
+    object_->Disconnect();
+    // references of other processes end here; those within the process keep a disconnected object
+    CoDisconnectObject(object_, 0);
+    object_->Release();
+    object_ = nullptr;
+}
+
+void GridAccessibility::CurrentCellChanged() const {
+    const HWND window = owner_.window;
+    const FlexGrid& grid = owner_.grid;
+    const LONG id = grid.Row() * grid.Cols() + grid.Col() + 1;
+    // an editor over the cell keeps the focus while the cell moves: the move is told all the same
+    const HWND focus = GetFocus();
+    if (focus != nullptr && (focus == window || IsChild(GetParent(window), focus))) {
+        NotifyWinEvent(EVENT_OBJECT_FOCUS, window, OBJID_CLIENT, id);
+    }
+    NotifyWinEvent(EVENT_OBJECT_SELECTION, window, OBJID_CLIENT, id);
+}
+
+void GridAccessibility::SelectionChanged() const {
+    NotifyWinEvent(EVENT_OBJECT_SELECTIONWITHIN, owner_.window, OBJID_CLIENT, CHILDID_SELF);
+}
+
+// --- the object ---
+
+template <class Action>
+HRESULT GridAccessible::Run(Action action) noexcept {
+    if (owner_ == nullptr) return CO_E_OBJNOTCONNECTED;
+    try {
+        // events of the grid may destroy the window in the middle of the action
+        const std::shared_ptr<FlexGridImplWin> alive = owner_->weak_from_this().lock();
+        return alive == nullptr ? CO_E_OBJNOTCONNECTED : action();
+    } catch (const std::bad_alloc&) {
+        return E_OUTOFMEMORY;
+    } catch (...) {
+        return E_FAIL;
+    }
+}
+
+template <class Action>
+HRESULT GridAccessible::Run(const VARIANT& child, Action action) noexcept {
+    return Run([&]() -> HRESULT {
+        Element element;
+        return Find(child, element) ? action(element) : E_INVALIDARG;
+    });
+}
+
+bool GridAccessible::Find(const VARIANT& child, Element& element) const {
+    if (child.vt != VT_I4 || child.lVal < 0) return false;
+    element.table = child.lVal == CHILDID_SELF;
+    if (element.table) return true;
+    element.row = (child.lVal - 1) / Grid().Cols();
+    element.col = (child.lVal - 1) % Grid().Cols();
+    return element.row < Grid().Rows();
+}
+
+bool GridAccessible::HoldsFocus() const {
+    const HWND focus = GetFocus();
+    return focus != nullptr &&
+           (focus == owner_->window || IsChild(GetParent(owner_->window), focus));
+}
+
+std::wstring GridAccessible::NameOf(const Element& element) const {
+    if (element.table) {
+        wchar_t title[128];
+        const int length = GetWindowTextW(owner_->window, title, 128);
+        return length > 0 ? std::wstring(title, static_cast<std::size_t>(length)) : L"Tabelle";
+    }
+    const std::wstring column(Grid().TextMatrix(0, element.col));
+    if (element.row < FlexGrid::kFixedRows) return column;
+    std::wstring number(Grid().TextMatrix(element.row, 0));
+    if (number.empty()) number = std::to_wstring(element.row);
+    if (element.col < FlexGrid::kFixedCols) return L"Zeile " + number;
+    return column.empty() ? L"Zeile " + number : column + L", Zeile " + number;
+}
+
+HRESULT GridAccessible::QueryInterface(REFIID iid, void** object) noexcept {
+    if (object == nullptr) return E_POINTER;
+    *object = nullptr;
+    if (iid != IID_IUnknown && iid != IID_IDispatch && iid != IID_IAccessible) {
+        return E_NOINTERFACE;
+    }
+    *object = static_cast<IAccessible*>(this);
+    AddRef();
+    return S_OK;
+}
+
+ULONG GridAccessible::AddRef() noexcept {
+    return static_cast<ULONG>(InterlockedIncrement(&references_));
+}
+
+ULONG GridAccessible::Release() noexcept {
+    const LONG left = InterlockedDecrement(&references_);
+    if (left == 0) delete this;
+    return static_cast<ULONG>(left);
+}
+
+HRESULT GridAccessible::GetTypeInfoCount(UINT* count) noexcept {
+    if (count == nullptr) return E_POINTER;
+    *count = 0;
+    return S_OK;
+}
+
+HRESULT GridAccessible::GetTypeInfo(UINT, LCID, ITypeInfo** info) noexcept {
+    if (info != nullptr) *info = nullptr;
+    return E_NOTIMPL;
+}
+
+HRESULT GridAccessible::GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) noexcept {
+    return E_NOTIMPL;
+}
+
+HRESULT GridAccessible::Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*,
+                               UINT*) noexcept {
+    return E_NOTIMPL;
+}
+
+HRESULT GridAccessible::get_accParent(IDispatch** parent) noexcept {
+    if (parent == nullptr) return E_POINTER;
+    *parent = nullptr;
+    return Run([&] {
+        return AccessibleObjectFromWindow(owner_->window, static_cast<DWORD>(OBJID_WINDOW),
+                                          IID_IDispatch, reinterpret_cast<void**>(parent));
+    });
+}
+
+HRESULT GridAccessible::get_accChildCount(LONG* count) noexcept {
+    if (count == nullptr) return E_POINTER;
+    *count = 0;
+    return Run([&] {
+        *count = static_cast<LONG>(
+            std::min<std::int64_t>(std::int64_t{Grid().Rows()} * Grid().Cols(), 0x7FFFFFFE));
+        return S_OK;
+    });
+}
+
+HRESULT GridAccessible::get_accChild(VARIANT child, IDispatch** object) noexcept {
+    if (object == nullptr) return E_POINTER;
+    *object = nullptr;
+    return Run(child, [&](const Element& element) {
+        if (!element.table) return S_FALSE;  // cells are simple elements
+        *object = this;
+        AddRef();
+        return S_OK;
+    });
+}
+
+HRESULT GridAccessible::get_accName(VARIANT child, BSTR* name) noexcept {
+    if (name == nullptr) return E_POINTER;
+    *name = nullptr;
+    return Run(child, [&](const Element& element) { return GiveText(NameOf(element), name); });
+}
+
+HRESULT GridAccessible::get_accValue(VARIANT child, BSTR* value) noexcept {
+    if (value == nullptr) return E_POINTER;
+    *value = nullptr;
+    return Run(child, [&](const Element& element) {
+        if (element.table) return S_FALSE;
+        return GiveText(Grid().TextMatrix(element.row, element.col), value);
+    });
+}
+
+HRESULT GridAccessible::get_accDescription(VARIANT, BSTR* text) noexcept {
+    if (text != nullptr) *text = nullptr;
+    return DISP_E_MEMBERNOTFOUND;
+}
+
+HRESULT GridAccessible::get_accRole(VARIANT child, VARIANT* role) noexcept {
+    if (role == nullptr) return E_POINTER;
+    VariantInit(role);
+    return Run(child, [&](const Element& element) {
+        LONG is = ROLE_SYSTEM_CELL;
+        if (element.table) {
+            is = ROLE_SYSTEM_TABLE;
+        } else if (element.row < FlexGrid::kFixedRows) {
+            is = ROLE_SYSTEM_COLUMNHEADER;
+        } else if (element.col < FlexGrid::kFixedCols) {
+            is = ROLE_SYSTEM_ROWHEADER;
+        }
+        *role = LongVariant(is);
+        return S_OK;
+    });
+}
+
+HRESULT GridAccessible::get_accState(VARIANT child, VARIANT* state) noexcept {
+    if (state == nullptr) return E_POINTER;
+    VariantInit(state);
+    return Run(child, [&](const Element& element) {
+        const FlexGrid& grid = Grid();
+        LONG is = STATE_SYSTEM_READONLY;  // the grid itself never edits
+        if (element.table) {
+            is |=
+                STATE_SYSTEM_FOCUSABLE | STATE_SYSTEM_MULTISELECTABLE | STATE_SYSTEM_EXTSELECTABLE;
+            if (GetFocus() == owner_->window) is |= STATE_SYSTEM_FOCUSED;
+        } else {
+            const bool current = element.row == grid.Row() && element.col == grid.Col();
+            const bool fixed =
+                element.row < FlexGrid::kFixedRows || element.col < FlexGrid::kFixedCols;
+            if (!fixed) is |= STATE_SYSTEM_SELECTABLE | STATE_SYSTEM_FOCUSABLE;
+            if (grid.Selected(element.row, element.col)) is |= STATE_SYSTEM_SELECTED;
+            if (current && HoldsFocus()) is |= STATE_SYSTEM_FOCUSED;
+            if (grid.ColAxis().Hidden(element.col) || grid.RowAxis().Hidden(element.row)) {
+                is |= STATE_SYSTEM_INVISIBLE;
+            } else if (grid.CellRect(element.row, element.col).empty()) {
+                is |= STATE_SYSTEM_OFFSCREEN | STATE_SYSTEM_INVISIBLE;
+            }
+        }
+        *state = LongVariant(is);
+        return S_OK;
+    });
+}
+
+HRESULT GridAccessible::get_accHelp(VARIANT, BSTR* text) noexcept {
+    if (text != nullptr) *text = nullptr;
+    return DISP_E_MEMBERNOTFOUND;
+}
+
+HRESULT GridAccessible::get_accHelpTopic(BSTR* file, VARIANT, LONG* topic) noexcept {
+    if (file != nullptr) *file = nullptr;
+    if (topic != nullptr) *topic = 0;
+    return DISP_E_MEMBERNOTFOUND;
+}
+
+HRESULT GridAccessible::get_accKeyboardShortcut(VARIANT, BSTR* text) noexcept {
+    if (text != nullptr) *text = nullptr;
+    return DISP_E_MEMBERNOTFOUND;
+}
+
+HRESULT GridAccessible::get_accFocus(VARIANT* child) noexcept {
+    if (child == nullptr) return E_POINTER;
+    VariantInit(child);
+    return Run([&] {
+        if (!HoldsFocus()) return S_FALSE;
+        *child = LongVariant(IdOf(Grid().Row(), Grid().Col()));
+        return S_OK;
+    });
+}
+
+HRESULT GridAccessible::get_accSelection(VARIANT* children) noexcept {
+    if (children == nullptr) return E_POINTER;
+    VariantInit(children);
+    return Run([&] {
+        const FlexGrid& grid = Grid();
+        const SelectedCells::Range range{std::max(1, std::min(grid.Row(), grid.RowSel())),
+                                         std::max(1, std::min(grid.Col(), grid.ColSel())),
+                                         std::max(grid.Row(), grid.RowSel()),
+                                         std::max(grid.Col(), grid.ColSel()), grid.Cols()};
+        if (range.row2 < range.row1 || range.col2 < range.col1) return S_FALSE;
+        if (range.row1 == range.row2 && range.col1 == range.col2) {
+            *children = LongVariant(IdOf(range.row1, range.col1));
+            return S_OK;
+        }
+        children->punkVal = new SelectedCells(range, 0, module_lock_);
+        children->vt = VT_UNKNOWN;
+        return S_OK;
+    });
+}
+
+HRESULT GridAccessible::get_accDefaultAction(VARIANT, BSTR* text) noexcept {
+    if (text != nullptr) *text = nullptr;
+    return DISP_E_MEMBERNOTFOUND;
+}
+
+HRESULT GridAccessible::accSelect(LONG flags, VARIANT child) noexcept {
+    return Run(child, [&](const Element& element) {
+        FlexGridImplWin& owner = *owner_;
+        if (element.table) {
+            if (flags != SELFLAG_TAKEFOCUS) return E_INVALIDARG;
+            SetFocus(owner.window);
+            return S_OK;
+        }
+        if (element.row < FlexGrid::kFixedRows || element.col < FlexGrid::kFixedCols) {
+            return E_INVALIDARG;
+        }
+        constexpr LONG known = SELFLAG_TAKEFOCUS | SELFLAG_TAKESELECTION | SELFLAG_EXTENDSELECTION;
+        if (flags == 0 || (flags & ~known) != 0) return E_INVALIDARG;
+        if ((flags & SELFLAG_TAKEFOCUS) != 0) SetFocus(owner.window);
+        if ((flags & SELFLAG_EXTENDSELECTION) != 0) {
+            owner.grid.Select(owner.grid.Row(), owner.grid.Col(), element.row, element.col);
+        } else {
+            owner.grid.Select(element.row, element.col, element.row, element.col);
+        }
+        owner.grid.Show(element.row, element.col);
+        return S_OK;
+    });
+}
+
+HRESULT GridAccessible::accLocation(LONG* left, LONG* top, LONG* width, LONG* height,
+                                    VARIANT child) noexcept {
+    if (left == nullptr || top == nullptr || width == nullptr || height == nullptr) {
+        return E_POINTER;
+    }
+    *left = *top = *width = *height = 0;
+    return Run(child, [&](const Element& element) {
+        PixelRect rect = Grid().View();
+        if (!element.table) {
+            const PixelRect view = rect;
+            rect = Grid().CellRect(element.row, element.col);
+            rect.right = std::min(rect.right, view.right);
+            rect.bottom = std::min(rect.bottom, view.bottom);
+            if (rect.empty()) return S_FALSE;
+        }
+        POINT corner{rect.left, rect.top};
+        ClientToScreen(owner_->window, &corner);
+        *left = corner.x;
+        *top = corner.y;
+        *width = rect.width();
+        *height = rect.height();
+        return S_OK;
+    });
+}
+
+HRESULT GridAccessible::accNavigate(LONG direction, VARIANT start, VARIANT* end) noexcept {
+    if (end == nullptr) return E_POINTER;
+    VariantInit(end);
+    return Run(start, [&](const Element& element) {
+        const FlexGrid& grid = Grid();
+        const std::int64_t count = std::int64_t{grid.Rows()} * grid.Cols();
+        if (direction == NAVDIR_FIRSTCHILD || direction == NAVDIR_LASTCHILD) {
+            if (!element.table) return S_FALSE;
+            *end = LongVariant(direction == NAVDIR_FIRSTCHILD ? 1 : static_cast<LONG>(count));
+            return S_OK;
+        }
+        if (element.table) return S_FALSE;
+        // up, down, left and right step over what is hidden and reach the headers
+        const auto step = [](const GridAxis& axis, std::int32_t from, int way) {
+            std::int32_t to = from + way;
+            while (to >= 0 && to < axis.Count() && axis.Hidden(to)) to += way;
+            return to >= 0 && to < axis.Count() ? to : from;
+        };
+        std::int32_t row = element.row;
+        std::int32_t col = element.col;
+        switch (direction) {
+            case NAVDIR_UP:
+                row = step(grid.RowAxis(), row, -1);
+                break;
+            case NAVDIR_DOWN:
+                row = step(grid.RowAxis(), row, 1);
+                break;
+            case NAVDIR_LEFT:
+                col = step(grid.ColAxis(), col, -1);
+                break;
+            case NAVDIR_RIGHT:
+                col = step(grid.ColAxis(), col, 1);
+                break;
+            case NAVDIR_NEXT:
+            case NAVDIR_PREVIOUS: {
+                const LONG id = IdOf(row, col) + (direction == NAVDIR_NEXT ? 1 : -1);
+                if (id < 1 || id > count) return S_FALSE;
+                *end = LongVariant(id);
+                return S_OK;
+            }
+            default:
+                return E_INVALIDARG;
+        }
+        if (row == element.row && col == element.col) return S_FALSE;
+        *end = LongVariant(IdOf(row, col));
+        return S_OK;
+    });
+}
+
+HRESULT GridAccessible::accHitTest(LONG x, LONG y, VARIANT* child) noexcept {
+    if (child == nullptr) return E_POINTER;
+    VariantInit(child);
+    return Run([&] {
+        RECT outer{};
+        GetWindowRect(owner_->window, &outer);
+        POINT point{x, y};
+        if (!PtInRect(&outer, point)) return S_FALSE;
+        ScreenToClient(owner_->window, &point);
+        const GridHit hit = Grid().HitTest(point.x, point.y);
+        *child =
+            LongVariant(hit.area == GridArea::kNothing ? CHILDID_SELF : IdOf(hit.row, hit.col));
+        return S_OK;
+    });
+}
+
+HRESULT GridAccessible::accDoDefaultAction(VARIANT) noexcept {
+    return DISP_E_MEMBERNOTFOUND;
+}
+
+HRESULT GridAccessible::put_accName(VARIANT, BSTR) noexcept {
+    return DISP_E_MEMBERNOTFOUND;
+}
+
+HRESULT GridAccessible::put_accValue(VARIANT, BSTR) noexcept {
+    return DISP_E_MEMBERNOTFOUND;
+}
+
+}  // namespace demovex

@@ -1,0 +1,47 @@
+// The grid for screen readers and other assistive programs (MSAA): a table whose children are its
+// cells as simple elements. A cell's child id is row * Cols + column + 1; header cells and line
+// numbers are column and row headers. A cell's name is its column title and row number ("Menge,
+// Zeile 3"), its value is its text. The table's name is the control's window text ("Tabelle" when
+// it has none).
+//
+// The accessible object is counted by references and may outlive the window: from the window's
+// destruction on it answers CO_E_OBJNOTCONNECTED. It holds `module_lock` as long as it lives, so
+// that its code stays loaded.
+#pragma once
+
+#include <windows.h>
+
+#include <oleacc.h>
+
+#include <memory>
+
+namespace demovex {
+
+class FlexGridImplWin;
+class GridAccessible;
+
+// The control's side: makes the object when first asked, tells of changes, disconnects at the end.
+class GridAccessibility {
+  public:
+    explicit GridAccessibility(FlexGridImplWin& owner) : owner_(owner) {}
+    ~GridAccessibility() { Disconnect(); }
+    GridAccessibility(const GridAccessibility&) = delete;
+    GridAccessibility& operator=(const GridAccessibility&) = delete;
+
+    // The answer to WM_GETOBJECT for OBJID_CLIENT.
+    LRESULT Answer(WPARAM wparam);
+    // The window goes away.
+    void Disconnect() noexcept;
+
+    void CurrentCellChanged() const;
+    void SelectionChanged() const;
+
+    void SetModuleLock(std::shared_ptr<void> lock) { module_lock_ = std::move(lock); }
+
+  private:
+    FlexGridImplWin& owner_;
+    GridAccessible* object_ = nullptr;  // one reference is ours, given back by Disconnect
+    std::shared_ptr<void> module_lock_;
+};
+
+}  // namespace demovex
