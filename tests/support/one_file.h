@@ -22,7 +22,7 @@ class OneFile final : public IFileSystem {
   public:
     using Maker = std::function<std::string(std::uint64_t offset, std::size_t length)>;
 
-    OneFile(std::uint64_t size, Maker maker) : size(size), maker_(std::move(maker)) {}
+    OneFile(std::uint64_t length, Maker maker) : size(length), maker_(std::move(maker)) {}
     explicit OneFile(std::string bytes) : size(bytes.size()) {
         maker_ = [bytes = std::move(bytes)](std::uint64_t offset, std::size_t length) {
             return bytes.substr(static_cast<std::size_t>(offset), length);
