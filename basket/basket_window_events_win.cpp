@@ -6,6 +6,8 @@
 #include "basket/basket_rooms.h"
 #include "basket/basket_window_impl_win.h"
 #include "basket/window_ids.h"
+#include "dialogs/about_box_win.h"
+#include "dialogs/about_text.h"
 
 namespace demovex {
 
@@ -297,8 +299,12 @@ void BasketWindowImpl::KeepPainted() {
 }
 
 void BasketWindowImpl::ShowAboutBox() {
-    services_->messages.Show(std::wstring(kDesignedCaption) + L"\r\n\r\nWarenkorb für Bestellungen",
-                             L"Info", MessageButtons::kOk, MessageIcon::kNone);
+    // what tests put in place of the system; otherwise the box uses its own, with itself as owner
+    IShell* shell = own_services_ ? nullptr : &services_->shell;
+    IMessageBox* messages = own_services_ ? nullptr : &services_->messages;
+    AboutBox box(module_, large_icon_.get(), shell, messages);
+    // nothing of the window is touched afterwards: it may be gone when the box closes
+    box.Show(window_, kAboutTitle, AboutText(services_->component_folder));
 }
 
 void BasketWindowImpl::RequestClose() {
