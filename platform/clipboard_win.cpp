@@ -61,7 +61,7 @@ void WinClipboard::SetText(std::wstring_view text) {
     if (!EmptyClipboard() || SetClipboardData(CF_UNICODETEXT, memory.get()) == nullptr) {
         RaiseRuntimeError(runtime_error::kCantOpenClipboard);
     }
-    memory.release();  // it is the system's now
+    static_cast<void>(memory.release());  // it is the system's now
 }
 
 }  // namespace demovex

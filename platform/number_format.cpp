@@ -247,9 +247,8 @@ std::wstring FormatAmount(double value, const NumberFormat& format) {
         if (std::fabs(rest - 0.5) > 0.001) {
             const std::uint64_t rounded = static_cast<std::uint64_t>(below) + (rest > 0.5 ? 1 : 0);
             char text[24];
-            char* end = text + 2;
             text[0] = text[1] = '0';
-            end = std::to_chars(text + 2, text + sizeof text, rounded).ptr;
+            const char* end = std::to_chars(text + 2, text + sizeof text, rounded).ptr;
             // at least three digits, out of the two zeros put before
             const char* begin = end - (text + 2) >= 3 ? text + 2 : end - 3;
             const std::string_view digits(begin, static_cast<std::size_t>(end - begin));

@@ -67,9 +67,10 @@ void WinSettings::Set(std::wstring_view section, std::wstring_view key, std::wst
     }
     const UniqueKey owner(opened);
     const std::wstring name(key), text(value);
+    const std::size_t bytes = (text.size() + 1) * sizeof(wchar_t);
     if (text.size() > 0x3FFFFFFF ||
         RegSetValueExW(opened, name.c_str(), 0, REG_SZ, reinterpret_cast<const BYTE*>(text.c_str()),
-                       static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t))) != ERROR_SUCCESS) {
+                       static_cast<DWORD>(bytes)) != ERROR_SUCCESS) {
         RaiseRuntimeError(runtime_error::kInvalidProcedureCall);
     }
 }
