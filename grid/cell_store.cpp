@@ -1,7 +1,6 @@
 #include "grid/cell_store.h"
 
 #include <algorithm>
-#include <functional>
 #include <new>
 #include <stdexcept>
 
@@ -99,7 +98,9 @@ std::uint32_t CellStore::Bits(std::int32_t row, std::int32_t col) const {
 std::wstring_view CellStore::Text(std::int32_t row, std::int32_t col) const {
     const Cell* cell = Find(row, col);
     if (cell == nullptr) return {};
-    return {arena_.data() + cell->offset, cell->bits & kLength};
+    const std::uint32_t length = cell->bits & kLength;
+    if (length == 0) return {};
+    return {Place(cell->offset), length};
 }
 
 bool CellStore::SetText(std::int32_t row, std::int32_t col, std::wstring_view text) {
@@ -109,7 +110,9 @@ bool CellStore::SetText(std::int32_t row, std::int32_t col, std::wstring_view te
     const std::uint32_t old_length = cell.bits & kLength;
     if (text.size() <= old_length) {
         // traits::move: the argument may overlap the place
-        std::char_traits<wchar_t>::move(arena_.data() + cell.offset, text.data(), text.size());
+        if (!text.empty()) {
+            std::char_traits<wchar_t>::move(Place(cell.offset), text.data(), text.size());
+        }
         dead_ += old_length - text.size();
         cell.bits = (cell.bits & ~kLength) | static_cast<std::uint32_t>(text.size());
     } else {
@@ -118,49 +121,72 @@ bool CellStore::SetText(std::int32_t row, std::int32_t col, std::wstring_view te
     return true;
 }
 
+std::uint32_t CellStore::Reserve(std::size_t length) {
+    const auto new_block = [&](std::size_t size) {
+        if (blocks_.size() == kMostBlocks) throw std::bad_alloc();
+        blocks_.push_back(std::make_unique_for_overwrite<wchar_t[]>(size));
+        return static_cast<std::uint32_t>(blocks_.size() - 1);
+    };
+    std::uint32_t offset = 0;
+    if (length > kBlock) {
+        offset = new_block(length) * kBlock;
+    } else {
+        if (kBlock - filled_ < length) {
+            used_ += kBlock - filled_;
+            dead_ += kBlock - filled_;
+            open_ = new_block(kBlock);
+            filled_ = 0;
+        }
+        offset = open_ * kBlock + filled_;
+        filled_ += static_cast<std::uint32_t>(length);
+    }
+    used_ += length;
+    return offset;
+}
+
 void CellStore::Append(Cell& cell, std::wstring_view text) {
     OrOutOfMemory([&] {
-        if (arena_.size() + text.size() > arena_.capacity()) {
-            const std::less<const wchar_t*> before;
-            const bool inside = !before(text.data(), arena_.data()) &&
-                                before(text.data(), arena_.data() + arena_.size());
-            if (dead_ > arena_.size() / 2) {
-                const std::wstring copy(inside ? text : std::wstring_view());
-                Compact(text.size());
-                const std::wstring_view source = inside ? std::wstring_view(copy) : text;
-                dead_ += cell.bits & kLength;
-                cell.offset = static_cast<std::uint32_t>(arena_.size());
-                arena_.append(source);
-                cell.bits = (cell.bits & ~kLength) | static_cast<std::uint32_t>(source.size());
-                return;
-            }
+        std::wstring copy;
+        const bool full = text.size() > kBlock - filled_;
+        if (full && dead_ > used_ / 2 && dead_ > kBlock / 2) {
+            copy = text;  // it may lie in a block that goes away
+            text = copy;
+            Compact();
         }
-        const std::size_t offset = arena_.size();
-        if (offset + text.size() > 0xFFFFFFFFU) throw std::bad_alloc();
-        arena_.append(text);
+        const std::uint32_t offset = Reserve(text.size());
+        // the old place stays as it is, so `text` may be part of it
+        std::char_traits<wchar_t>::copy(Place(offset), text.data(), text.size());
         dead_ += cell.bits & kLength;
-        cell.offset = static_cast<std::uint32_t>(offset);
+        cell.offset = offset;
         cell.bits = (cell.bits & ~kLength) | static_cast<std::uint32_t>(text.size());
     });
 }
 
-void CellStore::Compact(std::size_t extra) {
-    std::wstring packed;
-    const std::size_t living = arena_.size() - dead_;
-    packed.reserve(std::max<std::size_t>(living + living / 2, 256) + extra);
-    const auto cells = static_cast<std::size_t>(cols_) * kChunkRows;
-    for (Chunk& chunk : chunks_) {
+void CellStore::Compact() {
+    // into new blocks; the old ones stay whole until nothing can fail any more
+    const std::size_t cells = static_cast<std::size_t>(cols_) * kChunkRows;
+    CellStore packed(0, cols_);
+    std::vector<std::uint32_t> offsets;
+    for (const Chunk& chunk : chunks_) {
         for (std::size_t i = 0; i < cells; ++i) {
-            Cell& cell = chunk[i];
-            const std::uint32_t length = cell.bits & kLength;
+            const std::uint32_t length = chunk[i].bits & kLength;
             if (length == 0) continue;
-            const std::size_t offset = packed.size();
-            packed.append(arena_, cell.offset, length);  // reserved: cannot fail half-way
-            cell.offset = static_cast<std::uint32_t>(offset);
+            offsets.push_back(packed.Reserve(length));
+            std::char_traits<wchar_t>::copy(packed.Place(offsets.back()), Place(chunk[i].offset),
+                                            length);
         }
     }
-    arena_ = std::move(packed);
-    dead_ = 0;
+    std::size_t next = 0;
+    for (const Chunk& chunk : chunks_) {
+        for (std::size_t i = 0; i < cells; ++i) {
+            if ((chunk[i].bits & kLength) != 0) chunk[i].offset = offsets[next++];
+        }
+    }
+    blocks_ = std::move(packed.blocks_);
+    open_ = packed.open_;
+    filled_ = packed.filled_;
+    used_ = packed.used_;
+    dead_ = packed.dead_;
 }
 
 bool CellStore::SetFlag(std::int32_t row, std::int32_t col, std::uint32_t flag, bool on) {

@@ -1,10 +1,11 @@
 // The cells of a grid: text, bold and alignment of Rows x Cols cells.
 //
-// All texts of a grid lie in one arena, so that filling 100,000 rows costs an append per cell and
-// no allocation each. A changed text that still fits is written in place, any other is appended;
-// when more than half of a full arena is dead, the living texts are moved together. The order of
-// the rows is an array of slot numbers: inserting, removing and moving rows moves four bytes a row.
-// A row takes a slot when its first cell is written.
+// All texts of a grid lie in one arena of large blocks, so that filling 100,000 rows costs an
+// append per cell and no allocation each, and growing copies nothing. A changed text that still
+// fits is written in place, any other is appended; when a block is full and more than half of the
+// arena is dead, the living texts are moved together. The order of the rows is an array of slot
+// numbers: inserting, removing and moving rows moves four bytes a row. A row takes a slot when its
+// first cell is written.
 //
 // Row and column numbers are not checked here; FlexGrid checks them. Running out of memory raises
 // 7 and leaves the store as it was.
@@ -46,7 +47,7 @@ class CellStore {
     void MoveRows(std::int32_t first, std::int32_t count, std::int32_t to, std::int32_t fixed_cols);
 
     // Characters in the arena, dead ones included; for tests of the compaction.
-    std::size_t ArenaSize() const { return arena_.size(); }
+    std::size_t ArenaSize() const { return used_; }
 
   private:
     struct Cell {
@@ -59,7 +60,13 @@ class CellStore {
     static constexpr std::uint32_t kNoSlot = 0xFFFFFFFFU;
     static constexpr std::uint32_t kChunkRows = 256;
 
+    // Characters of a block; a longer text has a block of its own. An offset is the number of the
+    // block times kBlock plus the place in it.
+    static constexpr std::uint32_t kBlock = 32768;
+    static constexpr std::uint32_t kMostBlocks = 0xFFFFFFFFU / kBlock;
+
     using Chunk = std::unique_ptr<Cell[]>;
+    using Block = std::unique_ptr<wchar_t[]>;
 
     const Cell* Find(std::int32_t row, std::int32_t col) const;
     Cell& Make(std::int32_t row, std::int32_t col);
@@ -67,15 +74,23 @@ class CellStore {
     std::uint32_t Bits(std::int32_t row, std::int32_t col) const;
     bool SetFlag(std::int32_t row, std::int32_t col, std::uint32_t flag, bool on);
     void Append(Cell& cell, std::wstring_view text);
-    void Compact(std::size_t extra);
+    // The place of `length` more characters; their block is allocated.
+    std::uint32_t Reserve(std::size_t length);
+    wchar_t* Place(std::uint32_t offset) const {
+        return blocks_[offset / kBlock].get() + offset % kBlock;
+    }
+    void Compact();
 
     std::int32_t cols_;
     std::vector<std::uint32_t> order_;  // slot of each row
     std::vector<Chunk> chunks_;         // kChunkRows x cols_ cells each
     std::uint32_t slots_ = 0;           // slots ever given out
     std::vector<std::uint32_t> free_;   // slots given back, all their cells empty
-    std::wstring arena_;
-    std::size_t dead_ = 0;  // characters of arena_ that no cell shows
+    std::vector<Block> blocks_;
+    std::uint32_t open_ = 0;         // the block that texts are appended to
+    std::uint32_t filled_ = kBlock;  // characters of it that are in use
+    std::size_t used_ = 0;           // characters in use in all blocks
+    std::size_t dead_ = 0;           // those of them that no cell shows
 };
 
 }  // namespace demovex
