@@ -38,7 +38,9 @@ IMSContainer& MSHashtable::Owner() const {
 }
 
 std::int32_t MSHashtable::Home(std::int32_t hash) const {
-    const std::int32_t home = CheckedMod(hash, size_) + 1;
+    // a division of 32 bits: the one of CheckedMod is slow where integers have 32
+    if (size_ == 0) RaiseRuntimeError(runtime_error::kDivisionByZero);
+    const std::int32_t home = hash % size_ + 1;
     if (home < 1) RaiseRuntimeError(runtime_error::kSubscriptOutOfRange);
     return home;
 }

@@ -4,7 +4,6 @@
 #include <cstdio>
 #include <new>
 #include <numeric>
-#include <stdexcept>
 #include <string>
 #include <utility>
 
@@ -17,22 +16,90 @@ namespace {
 // Ranges of at most this many entries are left to the small-range sort.
 constexpr std::int32_t kSmallRange = 8;
 
-// Makes `positions` `size` long; raises 7 when that does not fit into memory.
-void Resize(std::vector<std::int32_t>& positions, std::int32_t size) {
-    try {
-        positions.resize(static_cast<std::size_t>(size));
-        return;
-    } catch (const std::bad_alloc&) {
-    } catch (const std::length_error&) {
-    }
-    RaiseRuntimeError(runtime_error::kOutOfMemory);
-}
-
 std::wstring DecimalText(double value) {
     char text[40];
     const int length = std::snprintf(text, sizeof text, "%.15g", value);
     return std::wstring(text, text + length);
 }
+
+// Sorts an array of positions, numbered from 1, with the owner's comparison.
+class Sorter {
+  public:
+    Sorter(IMSContainer& owner, std::int32_t tag, std::int32_t* positions)
+        : owner_(owner), tag_(tag), positions_(positions) {}
+
+    // Quicksort of positions 1 to `count`. Taking the smaller part first keeps the stack below 31
+    // ranges for any 32-bit count; the tests of i and j keep it within the array whatever the
+    // owner answers.
+    void Sort(std::int32_t count) {
+        std::int32_t starts[31];
+        std::int32_t ends[31];
+        int depth = 0;
+        std::int32_t lo = 1;
+        std::int32_t hi = count;
+        for (;;) {
+            bool next_from_stack = true;
+            if (hi - lo + 1 <= kSmallRange) {
+                SortSmallRange(lo, hi);
+            } else {
+                std::swap(Entry(lo), Entry(lo + (hi - lo + 1) / 2));
+                const std::int32_t pivot = Entry(lo);
+                std::int32_t i = lo;
+                std::int32_t j = CheckedAdd(hi, 1);
+                for (;;) {
+                    for (++i; i <= hi && Compare(Entry(i), pivot) <= 0; ++i) {
+                    }
+                    for (--j; j > lo && Compare(Entry(j), pivot) >= 0; --j) {
+                    }
+                    if (j < i) break;
+                    std::swap(Entry(i), Entry(j));
+                }
+                std::swap(Entry(lo), Entry(j));
+                const std::int32_t left = j - lo;       // lo to j - 1
+                const std::int32_t right = hi - i + 1;  // i to hi
+                const bool left_is_smaller = left < right;
+                if ((left_is_smaller ? right : left) >= 2) {
+                    starts[depth] = left_is_smaller ? i : lo;
+                    ends[depth] = left_is_smaller ? hi : j - 1;
+                    ++depth;
+                }
+                if (left_is_smaller) {
+                    hi = j - 1;
+                } else {
+                    lo = i;
+                }
+                next_from_stack = hi - lo + 1 < 2;
+            }
+            if (next_from_stack) {
+                if (depth == 0) return;
+                --depth;
+                lo = starts[depth];
+                hi = ends[depth];
+            }
+        }
+    }
+
+  private:
+    std::int32_t& Entry(std::int32_t position) { return positions_[position - 1]; }
+    std::int32_t Compare(std::int32_t id1, std::int32_t id2) {
+        return owner_.CompareItems(id1, id2, tag_);
+    }
+
+    // Selection from the top: the first largest entry goes up.
+    void SortSmallRange(std::int32_t lo, std::int32_t hi) {
+        for (std::int32_t top = hi; top > lo; --top) {
+            std::int32_t largest = lo;
+            for (std::int32_t k = lo + 1; k <= top; ++k) {
+                if (Compare(Entry(k), Entry(largest)) > 0) largest = k;
+            }
+            std::swap(Entry(largest), Entry(top));
+        }
+    }
+
+    IMSContainer& owner_;
+    const std::int32_t tag_;
+    std::int32_t* const positions_;
+};
 
 }  // namespace
 
@@ -63,23 +130,10 @@ IMSContainer& MSIndex::Owner() const {
 
 std::int32_t MSIndex::Entry(std::int32_t position) const {
     if (identity_) return position;
-    const auto index = static_cast<std::size_t>(position - 1);
-    if (index >= positions_.size()) RaiseRuntimeError(runtime_error::kSubscriptOutOfRange);
-    return positions_[index];
-}
-
-void MSIndex::SetEntry(std::int32_t position, std::int32_t id) {
-    const auto index = static_cast<std::size_t>(position - 1);
-    if (index >= positions_.size()) RaiseRuntimeError(runtime_error::kSubscriptOutOfRange);
-    positions_[index] = id;
-}
-
-void MSIndex::Swap(std::int32_t a, std::int32_t b) {
-    const auto size = positions_.size();
-    const auto first = static_cast<std::size_t>(a - 1);
-    const auto second = static_cast<std::size_t>(b - 1);
-    if (first >= size || second >= size) RaiseRuntimeError(runtime_error::kSubscriptOutOfRange);
-    std::swap(positions_[first], positions_[second]);
+    if (position < 1 || position > capacity_) {
+        RaiseRuntimeError(runtime_error::kSubscriptOutOfRange);
+    }
+    return positions_[position - 1];
 }
 
 std::int32_t MSIndex::Compare(std::int32_t id1, std::int32_t id2) const {
@@ -100,26 +154,43 @@ void MSIndex::Clear() {
     count_ = 0;
     capacity_ = 0;
     identity_ = false;
-    positions_ = {};
+    positions_.reset();
 }
 
 void MSIndex::Create() {
     const std::int32_t items = Owner().Count(tag_);
     if (items < 0) RaiseRuntimeError(runtime_error::kSubscriptOutOfRange);
-    positions_ = {};
+    positions_.reset();
     identity_ = true;
     count_ = items;
     capacity_ = items;
 }
 
+std::shared_ptr<std::int32_t[]> MSIndex::Allot(std::int32_t size, std::int32_t kept) const {
+    try {
+        const auto count = static_cast<std::size_t>(size);
+        std::shared_ptr<std::int32_t[]> positions(new std::int32_t[count]);
+        if (identity_) {
+            std::iota(positions.get(), positions.get() + kept, 1);
+        } else {
+            std::copy_n(positions_.get(), kept, positions.get());
+        }
+        std::fill(positions.get() + kept, positions.get() + size, 0);
+        return positions;
+    } catch (const std::bad_alloc&) {
+    }
+    RaiseRuntimeError(runtime_error::kOutOfMemory);
+}
+
 void MSIndex::Materialize() {
     if (!identity_) return;
-    Resize(positions_, capacity_);
-    std::iota(positions_.begin(), positions_.end(), 1);
+    positions_ = Allot(capacity_, count_);
     identity_ = false;
 }
 
 void MSIndex::Sort() {
+    // kept alive until the end, whatever a callback sets
+    const std::shared_ptr<IMSContainer> owner = container_;
     const std::int32_t items = Owner().Count(tag_);
     if (items < 0) RaiseRuntimeError(runtime_error::kSubscriptOutOfRange);
     if (items == 0) {
@@ -127,79 +198,16 @@ void MSIndex::Sort() {
         return;
     }
     const std::int32_t capacity = std::max(items, initial_size_);
-    std::vector<std::int32_t> positions;
-    Resize(positions, capacity);
-    positions_ = std::move(positions);
+    const std::shared_ptr<std::int32_t[]> positions = Allot(capacity, 0);
+    positions_ = positions;
     identity_ = false;
     count_ = items;
     capacity_ = capacity;
-    for (std::int32_t i = 1; i <= items; ++i) {
-        const std::int32_t id = Owner().EnumItems(tag_);
-        SetEntry(i, id);
-    }
-    const bool ended = Owner().EnumItems(tag_) == 0;
-    if (items >= 2) QuickSort();
+    for (std::int32_t i = 0; i < items; ++i) positions[i] = owner->EnumItems(tag_);
+    const bool ended = owner->EnumItems(tag_) == 0;
+    if (items >= 2) Sorter(*owner, tag_, positions.get()).Sort(items);
     if (!ended) {
         RaiseOwnError(L"MSIndex.Sort", L"Misbehaved container: .Count + 1 x .EnumItems <> 0");
-    }
-}
-
-// Taking the smaller part first keeps the stack below 31 ranges for any 32-bit count.
-void MSIndex::QuickSort() {
-    std::int32_t starts[31];
-    std::int32_t ends[31];
-    int depth = 0;
-    std::int32_t lo = 1;
-    std::int32_t hi = count_;
-    for (;;) {
-        bool next_from_stack = true;
-        if (hi - lo + 1 <= kSmallRange) {
-            SortSmallRange(lo, hi);
-        } else {
-            Swap(lo, lo + (hi - lo + 1) / 2);
-            const std::int32_t pivot = Entry(lo);
-            std::int32_t i = lo;
-            std::int32_t j = CheckedAdd(hi, 1);
-            for (;;) {
-                for (++i; i <= hi && Compare(Entry(i), pivot) <= 0; ++i) {
-                }
-                for (--j; j > lo && Compare(Entry(j), pivot) >= 0; --j) {
-                }
-                if (j < i) break;
-                Swap(i, j);
-            }
-            Swap(lo, j);
-            const std::int32_t left = j - lo;       // lo to j - 1
-            const std::int32_t right = hi - i + 1;  // i to hi
-            const bool left_is_smaller = left < right;
-            if ((left_is_smaller ? right : left) >= 2) {
-                starts[depth] = left_is_smaller ? i : lo;
-                ends[depth] = left_is_smaller ? hi : j - 1;
-                ++depth;
-            }
-            if (left_is_smaller) {
-                hi = j - 1;
-            } else {
-                lo = i;
-            }
-            next_from_stack = hi - lo + 1 < 2;
-        }
-        if (next_from_stack) {
-            if (depth == 0) return;
-            --depth;
-            lo = starts[depth];
-            hi = ends[depth];
-        }
-    }
-}
-
-void MSIndex::SortSmallRange(std::int32_t lo, std::int32_t hi) {
-    for (std::int32_t top = hi; top > lo; --top) {
-        std::int32_t largest = lo;
-        for (std::int32_t k = lo + 1; k <= top; ++k) {
-            if (Compare(Entry(k), Entry(largest)) > 0) largest = k;
-        }
-        Swap(largest, top);
     }
 }
 
@@ -285,11 +293,11 @@ void MSIndex::Insert(std::int32_t id) {
     if (count > capacity_) {
         const std::int32_t capacity =
             std::max(RoundToInt32(count * grow_factor_ + 1), initial_size_);
-        Resize(positions_, capacity);
+        positions_ = Allot(capacity, count_);
         capacity_ = capacity;
     }
-    const auto at = positions_.begin() + (position - 1);
-    const auto end = positions_.begin() + (count - 1);
+    std::int32_t* const at = positions_.get() + (position - 1);
+    std::int32_t* const end = positions_.get() + (count - 1);
     std::move_backward(at, end, end + 1);
     *at = id;
     count_ = count;
@@ -302,8 +310,8 @@ void MSIndex::Delete(std::int32_t id) {
     }
     if (position > count_) RaiseRuntimeError(runtime_error::kSubscriptOutOfRange);
     Materialize();
-    std::move(positions_.begin() + position, positions_.begin() + count_,
-              positions_.begin() + (position - 1));
+    std::int32_t* const at = positions_.get() + (position - 1);
+    std::move(at + 1, positions_.get() + count_, at);
     --count_;
 }
 

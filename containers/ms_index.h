@@ -21,7 +21,6 @@
 
 #include <cstdint>
 #include <memory>
-#include <vector>
 
 #include "base/key_value.h"
 #include "containers/ims_container.h"
@@ -88,11 +87,9 @@ class MSIndex {
     IMSContainer& Owner() const;
     // Entry at a position; stays within the array whatever a callback did to it meanwhile.
     std::int32_t Entry(std::int32_t position) const;
-    void SetEntry(std::int32_t position, std::int32_t id);
-    void Swap(std::int32_t a, std::int32_t b);
     std::int32_t Compare(std::int32_t id1, std::int32_t id2) const;
-    void QuickSort();
-    void SortSmallRange(std::int32_t lo, std::int32_t hi);
+    // An array of `size` positions of which the first `kept` are those of the present one.
+    std::shared_ptr<std::int32_t[]> Allot(std::int32_t size, std::int32_t kept) const;
     // Writes the identity out before it is changed.
     void Materialize();
 
@@ -102,8 +99,10 @@ class MSIndex {
     std::int32_t capacity_ = 0;
     std::int32_t initial_size_ = 0;
     double grow_factor_ = 1.2;
-    bool identity_ = false;                // position i holds i and positions_ is empty
-    std::vector<std::int32_t> positions_;  // position n is element n - 1
+    bool identity_ = false;  // position i holds i and there is no array
+    // Position n is element n - 1 of capacity_ elements. Shared so that sorting goes on safely with
+    // the array it began with if an owner changes the index within a callback.
+    std::shared_ptr<std::int32_t[]> positions_;
 };
 
 }  // namespace demovex

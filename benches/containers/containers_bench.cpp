@@ -15,51 +15,13 @@
 #endif
 
 #include "benches/bench.h"
+#include "benches/containers/owner.h"
 #include "containers/ms_hashtable.h"
 #include "containers/ms_index.h"
 
 using namespace demovex;
 
 namespace {
-
-constexpr std::int32_t kIds = 1000000;
-
-class Owner final : public IMSContainer {
-  public:
-    std::vector<std::int32_t> keys;  // key of id i at place i; place 0 is unused
-    std::int32_t live = 0;           // ids 1 to live are items
-
-    explicit Owner(std::uint32_t seed) : keys(kIds + 1) {
-        // different keys in random order
-        std::iota(keys.begin(), keys.end(), 0);
-        for (std::int32_t& key : keys) key = key * 2 + 1000;
-        std::shuffle(keys.begin() + 1, keys.end(), std::mt19937(seed));
-    }
-
-    std::int32_t Count(std::int32_t) override { return live; }
-    std::int32_t EnumItems(std::int32_t) override {
-        cursor_ = cursor_ < live ? cursor_ + 1 : 0;
-        return cursor_;
-    }
-    std::int32_t CompareItems(std::int32_t a, std::int32_t b, std::int32_t) override {
-        return Order(Key(a), Key(b));
-    }
-    std::int32_t Hashvalue(std::int32_t id, std::int32_t) override { return Hash(Key(id)); }
-    std::int32_t HashKeyvalue(const KeyValue& key, std::int32_t) override {
-        return Hash(std::get<std::int32_t>(key));
-    }
-    std::int32_t CompareItem(const KeyValue& key, std::int32_t id, std::int32_t) override {
-        return Order(std::get<std::int32_t>(key), Key(id));
-    }
-
-  private:
-    std::int32_t Key(std::int32_t id) const { return keys[static_cast<std::size_t>(id)]; }
-    static std::int32_t Order(std::int32_t a, std::int32_t b) { return a < b ? -1 : a > b ? 1 : 0; }
-    static std::int32_t Hash(std::int32_t key) {
-        return static_cast<std::int32_t>(static_cast<std::uint32_t>(key) * 2654435761u >> 1);
-    }
-    std::int32_t cursor_ = 0;
-};
 
 // The owner's calls as std::unordered_set wants them; a key is looked up without an id.
 struct VirtualHash {
@@ -88,11 +50,12 @@ struct VirtualEqual {
 using StdSet = std::unordered_set<std::int32_t, VirtualHash, VirtualEqual>;
 
 template <typename Set>
-void FlatFind(const char* name, const std::vector<std::int32_t>& keys, MSHashtable& table) {
+void FlatFind(const std::string& which, const char* name, const std::vector<std::int32_t>& keys,
+              MSHashtable& table) {
     Set set(keys.begin(), keys.end());
     std::vector<std::int32_t> wanted = keys;
     std::shuffle(wanted.begin(), wanted.end(), std::mt19937(9));
-    bench::Compare("hash table: find, 1,000,000 ids",
+    bench::Compare("hash table" + which + ": find",
                    {"ours",
                     [&] {
                         std::int32_t sum = 0;
@@ -108,8 +71,10 @@ void FlatFind(const char* name, const std::vector<std::int32_t>& keys, MSHashtab
                    {.operations = kIds, .bar = "level (1)"});
 }
 
-void Hashtables() {
-    Owner owner(1);
+void Hashtables(bool dense) {
+    const std::string which = dense ? ", dense keys" : ", scattered keys";
+    const std::shared_ptr<BenchOwner> made = MakeOwner(1, dense);
+    BenchOwner& owner = *made;
     owner.live = kIds;
     MSHashtable table;
     table.SetMSContainer(&owner);
@@ -117,12 +82,12 @@ void Hashtables() {
     const std::vector<std::int32_t> keys(owner.keys.begin() + 1, owner.keys.end());
 
 #ifdef DEMOVEX_BOOST
-    FlatFind<boost::unordered_flat_set<std::int32_t>>("boost flat set", keys, table);
+    FlatFind<boost::unordered_flat_set<std::int32_t>>(which, "boost flat set", keys, table);
 #else
     bench::PrintRow("hash table: find", "", "boost's flat set is not installed", "", "");
 #endif
 #ifdef DEMOVEX_ABSL
-    FlatFind<absl::flat_hash_set<std::int32_t>>("absl flat set", keys, table);
+    FlatFind<absl::flat_hash_set<std::int32_t>>(which, "absl flat set", keys, table);
 #else
     bench::PrintRow("hash table: find", "", "absl's flat set is not installed", "", "");
 #endif
@@ -149,18 +114,18 @@ void Hashtables() {
             bench::Keep(sum);
         };
     };
-    bench::Compare("hash table: find, hits", {"ours", find_all(0)},
+    bench::Compare("hash table" + which + ": find, hits", {"ours", find_all(0)},
                    {"std::unordered_set", find_all_std(0)}, options);
-    bench::Compare("hash table: find, misses", {"ours", find_all(1)},
+    bench::Compare("hash table" + which + ": find, misses", {"ours", find_all(1)},
                    {"std::unordered_set", find_all_std(1)}, options);
-    bench::Compare("hash table: Create", {"ours", [&] { table.Create(); }},
+    bench::Compare("hash table" + which + ": Create", {"ours", [&] { table.Create(); }},
                    {"std::unordered_set",
                     [&] {
                         StdSet fresh(2 * kIds, VirtualHash{&owner}, VirtualEqual{&owner});
                         for (std::int32_t id = 1; id <= kIds; ++id) fresh.insert(id);
                     }},
                    options);
-    bench::Compare("hash table: insert one by one",
+    bench::Compare("hash table" + which + ": insert one by one",
                    {"ours",
                     [&] {
                         MSHashtable fresh;
@@ -183,7 +148,7 @@ void Hashtables() {
     std::vector<std::int32_t> ids(kIds);
     std::iota(ids.begin(), ids.end(), 1);
     std::shuffle(ids.begin(), ids.end(), std::mt19937(5));
-    bench::Compare("hash table: delete",
+    bench::Compare("hash table" + which + ": delete",
                    {"ours",
                     [&] {
                         for (const std::int32_t id : ids) table.Delete(id);
@@ -202,7 +167,7 @@ void Hashtables() {
 }
 
 void Sorting() {
-    const auto owner = std::make_shared<Owner>(2);
+    const std::shared_ptr<BenchOwner> owner = MakeOwner(2, true);
     owner->live = kIds;
     MSIndex index;
     index.SetMSContainer(owner);
@@ -223,6 +188,7 @@ void Sorting() {
 }  // namespace
 
 int main() {
-    Hashtables();
+    Hashtables(true);
+    Hashtables(false);
     Sorting();
 }
