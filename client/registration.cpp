@@ -24,8 +24,7 @@ std::wstring Join(const Parts&... parts) {
     return joined;
 }
 
-// The keys that are ours with all below them. The type library's own key is shared by its versions
-// and goes only when none is left.
+// The keys that are ours with all below them.
 std::vector<std::wstring> OwnTrees() {
     return {
         std::wstring(kProgId),
@@ -33,6 +32,12 @@ std::vector<std::wstring> OwnTrees() {
         Join(L"Interface\\", kInterface),
         Join(L"TypeLib\\", kLibrary, L"\\", kLibraryVersion),
     };
+}
+
+// The keys above ours, from below. The type library's is shared by its versions and the others by
+// all the world; they go when nothing is in them, as in a user's place that held nothing before.
+std::vector<std::wstring> KeysAbove() {
+    return {Join(L"TypeLib\\", kLibrary), L"TypeLib", L"Interface", L"CLSID"};
 }
 
 std::wstring LibraryKey() {
@@ -99,9 +104,10 @@ void UnregisterClasses(IRegistryClasses& classes) {
             if (!refused) refused = std::current_exception();
         }
     }
-    if (classes.IsEmptyKey(LibraryKey())) {
+    for (const std::wstring& key : KeysAbove()) {
+        if (!classes.IsEmptyKey(key)) continue;
         try {
-            classes.DeleteTree(LibraryKey());
+            classes.DeleteTree(key);
         } catch (const Error&) {
             if (!refused) refused = std::current_exception();
         }

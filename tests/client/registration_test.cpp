@@ -70,7 +70,8 @@ constexpr wchar_t kInterfaceKey[] = L"Interface\\{CEEF0285-8A5C-4758-8F46-73D09F
 // A place with the keys that are there on every machine.
 FakeClasses Fresh() {
     FakeClasses classes;
-    for (const wchar_t* key : {L"CLSID", L"Interface", L"TypeLib"}) classes.Make(key);
+    for (const wchar_t* key : {L"CLSID\\{1}", L"Interface\\{1}", L"TypeLib\\{1}"})
+        classes.Make(key);
     return classes;
 }
 
@@ -105,6 +106,13 @@ TEST(Registration, UnregisteringLeavesTheRegistryAsItWas) {
     EXPECT_NE(classes.keys, before);
     UnregisterClasses(classes);
     EXPECT_EQ(classes.keys, before);
+}
+
+TEST(Registration, APlaceThatHeldNothingHoldsNothingAfterwards) {
+    FakeClasses classes;
+    RegisterClasses(classes, kDll);
+    UnregisterClasses(classes);
+    EXPECT_TRUE(classes.keys.empty());
 }
 
 TEST(Registration, UnregisteringWhatIsNotRegisteredIsNoError) {
