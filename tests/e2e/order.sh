@@ -1,0 +1,68 @@
+#!/usr/bin/env bash
+# A person's order in the user's locale: links, merged quantities, totals, saving, opening, several
+# baskets, closing; and what a bad link or host must not break.
+. "$(dirname "$0")/lib.sh"
+locale=${DEMOVEX_LOCALE:-de_AT}
+begin "order_$locale" "$1"
+ok "regsvr32" timeout 60 wine regsvr32 /s "$win\\DemoVexClient.dll"
+
+case $locale in de_*) d=, ;; *) d=. ;; esac
+position='http://www.vexmart.example/vex/katalog.html?artno='
+head=$'ArtNr\tBezeichnung\tMenge\tPreis ATS\tPreis EURO\tGesamt ATS\tGes. EURO'
+
+# three links, two of them for one article: 2 x 159 + 189 schillings, 2 x 11.55 + 13.74 euros
+printf 'DemoVexClient.Client\r\n' > "$here/korb.bsk"
+host /basket /caption "Vexmart Demo Warenkorb 1.1" /open "$win\\korb.bsk" \
+  /follow 4711 /follow 4711 /follow 4712 /position 4712 /references 2 \
+  /dump-basket "$win\\korb.txt" /command 103 /close /windows 0 /clients 0 /quit
+same "the basket" "$(tr -d '\r' < "$here/korb.txt")" "$head
+4711	Schlosserhammer 300 g Esche	2	159${d}00	11${d}55	318${d}00	23${d}10
+4712	Schlosserhammer 500 g Esche	1	189${d}00	13${d}74	189${d}00	13${d}74
+Gesamt				507${d}00	36${d}84"
+printf 'DemoVexClient.Client\r\n4711\tSchlosserhammer 300 g Esche\t2\t159%s00\t11%s55\tWerkzeug\t%s4711\t318%s00\t23%s10\r\n4712\tSchlosserhammer 500 g Esche\t1\t189%s00\t13%s74\tWerkzeug\t%s4712\t189%s00\t13%s74\r\n' \
+  "$d" "$d" "$position" "$d" "$d" "$d" "$d" "$position" "$d" "$d" > "$here/soll.bsk"
+ok "the saved file, byte for byte" cmp "$here/korb.bsk" "$here/soll.bsk"
+
+# the saved basket comes back the same, and is not modified
+host /basket /open "$win\\korb.bsk" /dump-basket "$win\\wieder.txt" /close /windows 0 /quit
+ok "the basket loaded again" cmp "$here/korb.txt" "$here/wieder.txt"
+
+# a changed basket asks; cancel keeps it, no throws it away
+host /basket /follow 4711 /answer 2 /close /windows 1 /clients 1 /answer 7 /close /windows 0 \
+  /clients 0 /unload 0 /quit
+contains "the question" "$(cat "$here/host.log")" \
+  "Möchten Sie die Änderungen im aktuellen Warenkorb speichern ?"
+
+# two clients at once; a window that its host has forgotten stays open and usable
+host /basket /follow 4711 /basket /follow 4712 /windows 2 /clients 2 /dump-basket "$win\\zwei.txt" \
+  /client 1 /dump-basket "$win\\eins.txt" /release /clients 1 /windows 2 /unload 1 \
+  /answer 7 /close /windows 1 /quit
+contains "the first basket" "$(cat "$here/eins.txt")" "4711"
+contains "the second basket" "$(cat "$here/zwei.txt")" "4712"
+same "they are apart" "$(grep -c 4711 "$here/zwei.txt")" 0
+
+# before Initialize, and with a parent that is none
+host /create /expect 0x800A005B /caption x /expect 0x800A005B /open "$win\\korb.bsk" \
+  /expect 0x800A000D /initialize null /expect 0x800A000D /initialize foreign /windows 0 \
+  /references 1 /initialize host /windows 1 /references 2 /follow 4711 \
+  /initialize host /windows 2 /references 3 /quit
+
+# links that are none, unknown numbers, very long ones, null strings: the host goes on
+host /basket /follow-link "http://www.other.example/vex/basket.html?prodno=4711" /follow-null \
+  /follow-link "HTTP://WWW.VEXMART.EXAMPLE/VEX/BASKET.HTML?PRODNO=4711" \
+  /expect 0x800A000D /follow 99999 /expect 0x800A000D /follow-long 100000 /windows 1 \
+  /references 2 /answer 7 /close /windows 0 /quit
+contains "the error says what happened" "$(cat "$here/host.log")" \
+  "follow 99999: 0x800A000D DemoVexClient: Type mismatch"
+
+# a component without its article master reports it, leaves nothing, and works later
+mv "$here/artikel.db" "$here/weg.db"
+host /create /expect 0xFFFFFFFF /initialize host /windows 0 /references 1 /quit
+contains "the error names the file" "$(cat "$here/host.log")" \
+  "Artikelstamm::OpenFile: Artikelstamm ($win\\artikel.db) kann nicht geladen werden: Datei nicht gefunden"
+mv "$here/weg.db" "$here/artikel.db"
+
+# without its sound
+rm -f "$here/Order.wav"
+host /basket /follow 4711 /answer 7 /close /quit
+finish
