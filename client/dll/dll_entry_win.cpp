@@ -38,7 +38,7 @@ extern "C" HRESULT STDMETHODCALLTYPE DllGetClassObject(REFCLSID class_id, REFIID
 }
 
 extern "C" HRESULT STDMETHODCALLTYPE DllCanUnloadNow() noexcept {
-    return demovex::CanUnloadNow();
+    return demovex::ModuleLock::None() ? S_OK : S_FALSE;
 }
 
 extern "C" HRESULT STDMETHODCALLTYPE DllRegisterServer() noexcept {

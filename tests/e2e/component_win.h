@@ -84,19 +84,18 @@ ULONG References(T* object) {
     return object->Release();
 }
 
+inline BOOL CALLBACK CollectBasketWindow(HWND window, LPARAM to) noexcept {
+    std::array<wchar_t, 64> name{};
+    GetClassNameW(window, name.data(), static_cast<int>(name.size()));
+    if (std::wstring_view(name.data()) == kBasketClass) {
+        reinterpret_cast<std::vector<HWND>*>(to)->push_back(window);
+    }
+    return TRUE;
+}
+
 inline std::vector<HWND> BasketWindows() {
     std::vector<HWND> found;
-    EnumThreadWindows(
-        GetCurrentThreadId(),
-        [](HWND window, LPARAM to) -> BOOL {
-            std::array<wchar_t, 64> name{};
-            GetClassNameW(window, name.data(), static_cast<int>(name.size()));
-            if (std::wstring_view(name.data()) == kBasketClass) {
-                reinterpret_cast<std::vector<HWND>*>(to)->push_back(window);
-            }
-            return TRUE;
-        },
-        reinterpret_cast<LPARAM>(&found));
+    EnumThreadWindows(GetCurrentThreadId(), CollectBasketWindow, reinterpret_cast<LPARAM>(&found));
     return found;
 }
 
@@ -122,9 +121,7 @@ class BoxAnswers {
   public:
     explicit BoxAnswers(std::vector<int> answers) : answers_(std::move(answers)) {
         current_ = this;
-        timer_ = SetTimer(nullptr, 0, 20, [](HWND, UINT, UINT_PTR, DWORD) noexcept {
-            EnumThreadWindows(GetCurrentThreadId(), Answer, 0);
-        });
+        timer_ = SetTimer(nullptr, 0, 20, Look);
     }
     ~BoxAnswers() {
         KillTimer(nullptr, timer_);
@@ -137,6 +134,10 @@ class BoxAnswers {
     std::vector<std::wstring> texts;
 
   private:
+    static void CALLBACK Look(HWND, UINT, UINT_PTR, DWORD) noexcept {
+        EnumThreadWindows(GetCurrentThreadId(), Answer, 0);
+    }
+
     static BOOL CALLBACK Answer(HWND window, LPARAM) noexcept {
         std::array<wchar_t, 1024> text{};
         GetClassNameW(window, text.data(), 16);

@@ -54,8 +54,13 @@ same() {
   fi
 }
 
+# letter case is ignored, as the registry does
 contains() {
-  case "$2" in *"$3"*) pass ;; *) fail "$1: no \"$3\" in: $2" ;; esac
+  local nocase
+  nocase=$(shopt -p nocasematch)
+  shopt -s nocasematch
+  case "$2" in *"$3"*) pass ;; *) fail "$1: no \"$3\" in: $(echo "$2" | head -n 20)" ;; esac
+  $nocase
 }
 
 host() {

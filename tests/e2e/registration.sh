@@ -5,6 +5,8 @@
 begin registration "$1"
 not_registered=0x800401F3
 
+# the user's place for classes, which every Windows has
+ok "the user's classes" timeout 60 wine reg add 'HKCU\Software\Classes' /f
 before=$(registry)
 contains "the registry can be read" "$before" "[HKEY_LOCAL_MACHINE\\Software\\Classes\\CLSID"
 host /expect $not_registered /create /quit
@@ -36,6 +38,14 @@ contains "the class is the user's" "$user" \
   '[HKEY_CURRENT_USER\Software\Classes\CLSID\{CEEF0286-8A5C-4758-8F46-73D09F214B95}\InprocServer32]'
 same "the machine has nothing of it" \
   "$(echo "$user" | sed '/^== HKCU/,$d')" "$(echo "$before" | sed '/^== HKCU/,$d')"
+# Wine looks for classes in the machine's place alone, so no object is created here; what is written
+# is what the machine's place got, which was seen to work
+added() {
+  diff <(echo "$before") <(echo "$1") | sed -n 's/^> //p' | grep -viE 'classes.(clsid|interface|typelib)\]$'
+}
+same "the user's keys are the machine's" \
+  "$(added "$user" | sed 's/HKEY_CURRENT_USER/HKEY_LOCAL_MACHINE/' | tr A-Z a-z | sort -u)" \
+  "$(added "$registered" | tr A-Z a-z | sort -u)"
 ok "regsvr32 /u /n /i:user" timeout 60 wine regsvr32 /s /u /n /i:user "$win\\DemoVexClient.dll"
 same "no key of the user's is left" "$(registry)" "$before"
 

@@ -11,7 +11,7 @@ WScript.Echo "created"
 WScript.Echo "description=" & client.Description
 WScript.Echo "producer=" & client.Producer
 WScript.Echo "prefixes=[" & client.EnumURLPrefixes(True) & client.EnumURLPrefixes(False) & client.EnumURLPrefixes() & "]"
-WScript.Echo "parent is nothing=" & (client.moParent Is Nothing)
+If client.moParent Is Nothing Then WScript.Echo "no parent yet"
 On Error Resume Next
 WScript.Echo "caption=" & client.Caption
 WScript.Echo "caption failed=" & Hex(Err.Number) & " " & Err.Source & ": " & Err.Description
@@ -29,7 +29,7 @@ contains "the object is created" "$out" "created"
 contains "its description" "$out" "description=Vexmart Test Client"
 contains "its producer" "$out" "producer=K.O.L.M."
 contains "no prefixes" "$out" "prefixes=[]"
-contains "no parent yet" "$out" "parent is nothing=True"
+contains "no parent yet" "$out" "no parent yet"
 contains "the caption fails before the set-up" "$out" \
   "DemoVexClient: Object variable or With block variable not set"
 contains "no parent is a type mismatch" "$out" "Type mismatch"
