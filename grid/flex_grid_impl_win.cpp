@@ -137,8 +137,25 @@ void FlexGridImplWin::SetBar(int bar, const GridScrollBar& state, GridScrollBar&
     shown = state;
 }
 
+// Drawing a scroll bar costs more than scrolling a line of text. So a position that alone changed
+// is shown a moment later, once for all lines that were scrolled meanwhile; anything else at once.
 void FlexGridImplWin::ScrollBarsChanged() {
     if (window == nullptr) return;
+    const auto position_only = [](GridScrollBar now, const GridScrollBar& shown) {
+        now.position = shown.position;
+        return now == shown;
+    };
+    if (position_only(grid.VerticalBar(), shown_v_) &&
+        position_only(grid.HorizontalBar(), shown_h_)) {
+        if (!bars_pending_) bars_pending_ = SetTimer(window, kBarTimer, 30, nullptr) != 0;
+        if (bars_pending_) return;
+    }
+    FlushBars();
+}
+
+void FlexGridImplWin::FlushBars() {
+    if (bars_pending_) KillTimer(window, kBarTimer);
+    bars_pending_ = false;
     SetBar(SB_VERT, grid.VerticalBar(), shown_v_);
     SetBar(SB_HORZ, grid.HorizontalBar(), shown_h_);
 }
@@ -239,6 +256,16 @@ LRESULT FlexGridImplWin::Handle(UINT message, WPARAM wparam, LPARAM lparam) {
                 grid.Key(static_cast<GridKey>(wparam), false, false);
             }
             return 0;
+        case WM_TIMER:
+            if (wparam == kBarTimer) {
+                FlushBars();
+            } else {
+                HandleMouse(message, wparam, lparam);
+            }
+            return 0;
+        case WM_NCLBUTTONDOWN:
+            if (bars_pending_) FlushBars();  // the press is meant for the bar as it should be
+            return DefWindowProcW(handle, message, wparam, lparam);
         case WM_VSCROLL:
             Scroll(wparam, SB_VERT);
             return 0;

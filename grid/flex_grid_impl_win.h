@@ -39,6 +39,7 @@ class FlexGridImplWin : public IFlexGridDisplay,
     void CurrentCellChanged() override;
     void SelectionChanged() override;
 
+    static constexpr UINT_PTR kBarTimer = 2;
     static constexpr UINT kSendKey = WM_USER + 1;  // wParam: a GridKey
 
   private:
@@ -55,6 +56,8 @@ class FlexGridImplWin : public IFlexGridDisplay,
     void Press(int x, int y, bool shift);
     void Wheel(int delta, bool columns);
     void Scroll(WPARAM code, int bar);
+    // Shows moved scroll positions now; see ScrollBarsChanged.
+    void FlushBars();
     void SetBar(int bar, const GridScrollBar& state, GridScrollBar& shown);
     void Report(const Error& error) noexcept;
 
@@ -63,6 +66,7 @@ class FlexGridImplWin : public IFlexGridDisplay,
     int wheel_rest_h_ = 0;  // and for a column
     GridScrollBar shown_v_;
     GridScrollBar shown_h_;
+    bool bars_pending_ = false;
 };
 
 }  // namespace demovex

@@ -74,21 +74,41 @@ class Painter {
         if (!cut.empty()) surface_.Fill(cut, color);
     }
 
-    // The lines between normal cells, each drawn in one go over all its cells.
+    // The lines between normal cells and the edges of the raised ones. What runs through several
+    // cells is drawn in one go: calls to the system are what painting costs.
     void Lines(const std::vector<Line>& rows, const std::vector<Line>& cols) {
-        const auto fixed = [](const Line& line) { return line.number < 1; };
-        const auto row = std::find_if_not(rows.begin(), rows.end(), fixed);
-        const auto col = std::find_if_not(cols.begin(), cols.end(), fixed);
-        if (row == rows.end() || col == cols.end()) return;
-        const int left = col->begin;
-        const int top = row->begin;
-        const int right = cols.back().end;
-        const int bottom = rows.back().end;
-        for (auto r = row; r != rows.end(); ++r) {
-            Fill({left, r->end - 1, right, r->end}, GridColor::kGridLine);
+        const auto first_row = std::find_if(rows.begin(), rows.end(), [](const Line& line) {
+            return line.number >= FlexGrid::kFixedRows;
+        });
+        const auto first_col = std::find_if(cols.begin(), cols.end(), [](const Line& line) {
+            return line.number >= FlexGrid::kFixedCols;
+        });
+        const int right = cols.empty() ? 0 : cols.back().end;
+        const int bottom = rows.empty() ? 0 : rows.back().end;
+        for (auto row = rows.begin(); row != first_row && first_col != cols.end(); ++row) {
+            const int left = first_col->begin;
+            Fill({left, row->begin, right, row->begin + 1}, GridColor::kEdgeLight);
+            Fill({left, row->end - 1, right, row->end}, GridColor::kEdgeShadow);
+            for (auto col = first_col; col != cols.end(); ++col) {
+                Fill({col->begin, row->begin, col->begin + 1, row->end - 1}, GridColor::kEdgeLight);
+                Fill({col->end - 1, row->begin, col->end, row->end - 1}, GridColor::kEdgeShadow);
+            }
         }
-        for (auto c = col; c != cols.end(); ++c) {
-            Fill({c->end - 1, top, c->end, bottom}, GridColor::kGridLine);
+        for (auto col = cols.begin(); col != first_col && first_row != rows.end(); ++col) {
+            const int top = first_row->begin;
+            Fill({col->begin, top, col->begin + 1, bottom}, GridColor::kEdgeLight);
+            Fill({col->end - 1, top, col->end, bottom}, GridColor::kEdgeShadow);
+            for (auto row = first_row; row != rows.end(); ++row) {
+                Fill({col->begin, row->begin, col->end - 1, row->begin + 1}, GridColor::kEdgeLight);
+                Fill({col->begin, row->end - 1, col->end, row->end}, GridColor::kEdgeShadow);
+            }
+        }
+        if (first_row == rows.end() || first_col == cols.end()) return;
+        for (auto row = first_row; row != rows.end(); ++row) {
+            Fill({first_col->begin, row->end - 1, right, row->end}, GridColor::kGridLine);
+        }
+        for (auto col = first_col; col != cols.end(); ++col) {
+            Fill({col->end - 1, first_row->begin, col->end, bottom}, GridColor::kGridLine);
         }
     }
 
@@ -103,7 +123,7 @@ class Painter {
         if (fixed) {
             style.text = GridColor::kFixedText;
             style.back = GridColor::kFixed;
-            Raised(cell);
+            if (r < FlexGrid::kFixedRows && c < FlexGrid::kFixedCols) Raised(cell);
         } else if (!current && grid_.Selected(r, c)) {
             style.text = GridColor::kHighlightText;
             style.back = GridColor::kHighlight;

@@ -176,6 +176,12 @@ class Grid {
         UpdateWindow(Handle());
         GdiFlush();
     }
+    // The moved thumb too, which the grid otherwise shows once for several lines.
+    void ScrollLineAndBar() {
+        ScrollLine();
+        SendMessageW(Handle(), WM_TIMER, 2, 0);
+        GdiFlush();
+    }
     void Key(GridKey key) {
         Cells().Key(key, false, false);
         UpdateWindow(Handle());
@@ -265,12 +271,25 @@ void Painting(Grid& grid, ListView& list, const char* name) {
     bench::Compare("a repainted page" + against, {"ours", [&] { Repaint(grid.Handle()); }},
                    {name, [&] { Repaint(list.Handle()); }}, page);
     bench::Options line = page;
+    line.bar = std::string(kBar);
     line.operations = 20;
     ours_next = true;
     bench::Compare("a scrolled line" + against,
                    {"ours",
                     [&] {
                         for (int i = 0; i < 20; ++i) grid.ScrollLine();
+                    }},
+                   {name,
+                    [&] {
+                        for (int i = 0; i < 20; ++i) list.ScrollLine();
+                    }},
+                   line);
+    ours_next = true;
+    line.bar = "the bar is drawn once for several lines";
+    bench::Compare("the same, the scroll bar drawn for each line" + against,
+                   {"ours",
+                    [&] {
+                        for (int i = 0; i < 20; ++i) grid.ScrollLineAndBar();
                     }},
                    {name,
                     [&] {

@@ -43,6 +43,10 @@ class GridControl : public testing::Test {
         GetScrollInfo(w.Handle(), bar, &info);
         return info;
     }
+    // A scroll bar follows a moment after the text.
+    bool BarReaches(int position) {
+        return PumpUntil([&] { return Bar(SB_VERT).nPos == position; });
+    }
     // A key with its up stroke through the system's input queue.
     static void Type(WORD key, bool shift = false) {
         INPUT inputs[4] = {};
@@ -310,9 +314,9 @@ TEST_F(GridControl, ScrollBarsFollowTheGrid) {
     EXPECT_EQ(bar.nMax, 101);
     EXPECT_EQ(bar.nPos, 1);
     w.Grid().SetTopRow(40);
-    bar = Bar(SB_VERT);
-    EXPECT_EQ(bar.nPos, 40);
+    EXPECT_TRUE(BarReaches(40));
     w.Grid().SetTopRow(101);
+    EXPECT_TRUE(BarReaches(w.Grid().TopRow()));
     bar = Bar(SB_VERT);
     EXPECT_EQ(bar.nPos, bar.nMax - static_cast<int>(bar.nPage) + 1);
     EXPECT_NE(GetWindowLongW(w.Handle(), GWL_STYLE) & WS_VSCROLL, 0);
@@ -346,7 +350,7 @@ TEST_F(GridControl, AThumbTracksBeyondSixteenBits) {
     w.Send(WM_VSCROLL, MAKEWPARAM(SB_THUMBPOSITION, 7'654'321 & 0xFFFF));
     EXPECT_EQ(w.Grid().TopRow(), 7'654'321);
     w.Grid().SetTopRow(9'999'999);
-    EXPECT_EQ(Bar(SB_VERT).nPos, w.Grid().RowAxis().MaxFirst());
+    EXPECT_TRUE(BarReaches(w.Grid().RowAxis().MaxFirst()));
     ASSERT_TRUE(PumpUntilPainted(w.Handle()));
 }
 
@@ -388,8 +392,8 @@ TEST_F(GridControl, AScrolledPictureEqualsAFreshlyPaintedOne) {
         ASSERT_TRUE(PumpUntilPainted(w.Handle()));
         const WindowPicture fresh = WindowPicture::OfScreen(w.Handle());
         int different = 0;
-        for (int y = 0; y < fresh.Height(); ++y) {
-            for (int x = 0; x < fresh.Width(); ++x)
+        for (int y = 2; y < 2 + w.Grid().View().bottom; ++y) {
+            for (int x = 2; x < 2 + w.Grid().View().right; ++x)
                 different += fresh.At(x, y) != scrolled.At(x, y);
         }
         ASSERT_EQ(different, 0) << "TopRow " << top;
@@ -415,7 +419,7 @@ TEST_F(GridControl, WhileRedrawIsOffNothingIsInvalidated) {
     EXPECT_FALSE(GetUpdateRect(w.Handle(), nullptr, FALSE));
     w.Grid().SetRedraw(true);
     EXPECT_TRUE(GetUpdateRect(w.Handle(), nullptr, FALSE));
-    EXPECT_EQ(Bar(SB_VERT).nPos, 30);
+    EXPECT_TRUE(BarReaches(30));
 }
 
 TEST_F(GridControl, TheFocusShowsInTheCurrentCell) {
