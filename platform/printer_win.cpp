@@ -85,6 +85,29 @@ std::int32_t ScaleRound(std::int64_t value, std::int64_t numerator, std::int64_t
     return static_cast<std::int32_t>(std::clamp<std::int64_t>(whole, INT32_MIN, INT32_MAX));
 }
 
+// A horizontal or vertical stretch of a frame, in dots.
+struct Edge {
+    int at;  // y of a horizontal one, x of a vertical one
+    int from;
+    int to;
+};
+
+// The same stretches with those that touch or overlap made one.
+std::vector<Edge> Joined(std::vector<Edge> edges) {
+    std::sort(edges.begin(), edges.end(), [](const Edge& a, const Edge& b) {
+        return a.at != b.at ? a.at < b.at : a.from < b.from;
+    });
+    std::vector<Edge> joined;
+    for (const Edge& edge : edges) {
+        if (!joined.empty() && joined.back().at == edge.at && edge.from <= joined.back().to) {
+            joined.back().to = std::max(joined.back().to, edge.to);
+        } else {
+            joined.push_back(edge);
+        }
+    }
+    return joined;
+}
+
 class WinPrintJob : public IPrintJob {
   public:
     WinPrintJob(OwnedDc dc, HWND owner, std::wstring_view document)
@@ -155,16 +178,14 @@ class WinPrintJob : public IPrintJob {
     void Frame(std::int32_t left, std::int32_t top, std::int32_t right,
                std::int32_t bottom) override {
         NeedPage();
-        // Four bars, centred on the edges: a pen's place and the far edges of a rectangle differ
-        // between drivers by a dot, which shows where two frames meet.
-        const int x0 = DeviceX(left) - pen_x_ / 2;
-        const int y0 = DeviceY(top) - pen_y_ / 2;
-        const int x1 = DeviceX(right) - pen_x_ / 2;
-        const int y1 = DeviceY(bottom) - pen_y_ / 2;
-        Bar(x0, y0, x1 - x0 + pen_x_, pen_y_);
-        Bar(x0, y1, x1 - x0 + pen_x_, pen_y_);
-        Bar(x0, y0, pen_x_, y1 - y0 + pen_y_);
-        Bar(x1, y0, pen_x_, y1 - y0 + pen_y_);
+        const int x0 = DeviceX(left);
+        const int y0 = DeviceY(top);
+        const int x1 = DeviceX(right);
+        const int y1 = DeviceY(bottom);
+        across_.push_back({y0, x0, x1});
+        across_.push_back({y1, x0, x1});
+        down_.push_back({x0, y0, y1});
+        down_.push_back({x1, y0, y1});
     }
 
     void NewPage() override {
@@ -220,7 +241,22 @@ class WinPrintJob : public IPrintJob {
         SelectObject(dc_.get(), GetStockObject(BLACK_BRUSH));
     }
 
+    // The page's frames as few long bars, centred on the edges: neighbours share theirs, so that
+    // all lines are equally thick. (A pen's place and a rectangle's far edges differ between
+    // drivers by a dot, and a bar for each edge would be most of the job's cost.)
+    void DrawFrames() {
+        for (const Edge& edge : Joined(across_)) {
+            Bar(edge.from - pen_x_ / 2, edge.at - pen_y_ / 2, edge.to - edge.from + pen_x_, pen_y_);
+        }
+        for (const Edge& edge : Joined(down_)) {
+            Bar(edge.at - pen_x_ / 2, edge.from - pen_y_ / 2, pen_x_, edge.to - edge.from + pen_y_);
+        }
+        across_.clear();
+        down_.clear();
+    }
+
     void ClosePage() {
+        DrawFrames();
         in_page_ = false;
         SetLastError(0);
         if (EndPage(dc_.get()) <= 0) RaisePrinterError(GetLastError());
@@ -231,6 +267,8 @@ class WinPrintJob : public IPrintJob {
     OwnedDc dc_;
     int dpi_x_;
     int dpi_y_;
+    std::vector<Edge> across_;  // of the frames of this page
+    std::vector<Edge> down_;
     int pen_x_;  // thickness of a frame's vertical lines in dots
     int pen_y_;
     std::vector<int> ends_;  // kept between texts for its memory

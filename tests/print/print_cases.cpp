@@ -16,11 +16,12 @@
 #include <string>
 #include <utility>
 
-#include "base/round.h"
 #include "basket/columns.h"
 #include "basket/printing.h"
 #include "platform/printer_win.h"
 #include "tests/support/fake_grid.h"
+#include "tests/support/print_queue_win.h"
+#include "tests/support/sample_basket.h"
 
 namespace demovex {
 namespace {
@@ -45,52 +46,9 @@ int Fail(const char* what) {
     return 1;
 }
 
-int Register(std::wstring queue, std::wstring ppd, bool landscape) {
-    std::wstring environment = L"Windows NT x86";
-    std::wstring driver = L"wineps.drv";
-    std::wstring driver_name = L"Test driver " + queue;
-    DRIVER_INFO_3W info = {};
-    info.cVersion = 3;
-    info.pName = driver_name.data();
-    info.pEnvironment = environment.data();
-    info.pDriverPath = driver.data();
-    info.pConfigFile = driver.data();
-    info.pDataFile = ppd.data();
-    if (!AddPrinterDriverExW(nullptr, 3, reinterpret_cast<BYTE*>(&info),
-                             APD_COPY_NEW_FILES | APD_COPY_FROM_DIRECTORY)) {
-        return Fail("AddPrinterDriverEx");
-    }
-    std::wstring port = L"LPT1:";
-    std::wstring processor = L"winprint";
-    std::wstring data_type = L"RAW";
-    PRINTER_INFO_2W printer = {};
-    printer.pPrinterName = queue.data();
-    printer.pPortName = port.data();
-    printer.pDriverName = driver_name.data();
-    printer.pPrintProcessor = processor.data();
-    printer.pDatatype = data_type.data();
-    const HANDLE handle = AddPrinterW(nullptr, 2, reinterpret_cast<BYTE*>(&printer));
-    if (handle == nullptr) return Fail("AddPrinter");
-    int result = 0;
-    if (landscape) {
-        const LONG size = DocumentPropertiesW(nullptr, handle, queue.data(), nullptr, nullptr, 0);
-        std::string buffer(static_cast<std::size_t>(size > 0 ? size : 1), '\0');
-        auto* mode = reinterpret_cast<DEVMODEW*>(buffer.data());
-        if (size <= 0 || DocumentPropertiesW(nullptr, handle, queue.data(), mode, nullptr,
-                                             DM_OUT_BUFFER) != IDOK) {
-            result = Fail("DocumentProperties");
-        } else {
-            mode->dmFields |= DM_ORIENTATION;
-            mode->dmOrientation = DMORIENT_LANDSCAPE;
-            PRINTER_INFO_9W defaults = {mode};
-            if (!SetPrinterW(handle, 9, reinterpret_cast<BYTE*>(&defaults), 0)) {
-                result = Fail("SetPrinter");
-            }
-        }
-    }
-    ClosePrinter(handle);
-    if (!SetDefaultPrinterW(queue.c_str())) return Fail("SetDefaultPrinter");
-    return result;
+int Register(const std::wstring& queue, const std::wstring& ppd, bool landscape) {
+    const char* failed = RegisterPrintQueue(queue, ppd, landscape);
+    return failed == nullptr ? 0 : Fail(failed);
 }
 
 // As the system keeps it; SetDefaultPrinter would refuse a queue that is not there.
@@ -168,57 +126,6 @@ class LoggingBox : public IMessageBox {
     std::FILE* log_;
 };
 
-// "1.234,50" for 123450 hundredths.
-std::wstring Amount(std::int64_t hundredths) {
-    std::wstring text = std::to_wstring(hundredths / 100);
-    for (std::size_t at = text.size(); at > 3;) text.insert(at -= 3, L".");
-    const std::wstring cents = std::to_wstring(100 + hundredths % 100);
-    return text + L"," + cents.substr(1);
-}
-
-void Fill(IFlexGrid& grid, std::int32_t lines, std::wstring_view kind) {
-    for (std::int32_t c = 0; c < column::kCount; ++c) {
-        grid.SetColWidth(c, kColumns[static_cast<std::size_t>(c)].width);
-        grid.SetTextMatrix(0, c, kColumns[static_cast<std::size_t>(c)].caption);
-    }
-    if (lines > 0) grid.AddItem(1, lines);
-    const wchar_t* const words[] = {L"Ringmappe A4", L"Kugelschreiber blau", L"Kopierpapier weiß",
-                                    L"Heftklammern", L"Schreibblock",        L"Klebestift groß"};
-    std::int64_t sum_ats = 0;
-    std::int64_t sum_euro = 0;
-    for (std::int32_t r = 1; r <= lines; ++r) {
-        std::wstring description = words[r % 6];
-        if (kind == L"long") {
-            description = L"Beschreibung " + std::to_wstring(r) +
-                          L" die für ihre Spalte bei weitem zu lang ist und weitergeht";
-        } else if (kind == L"umlauts") {
-            description = L"ÄÖÜäöüß € " + std::to_wstring(r);
-        }
-        const std::int64_t pieces = 1 + r % 12;
-        const std::int64_t ats = 990 + r * 7919 % 180'000;
-        const std::int64_t euro =
-            RoundToInt32(RoundToHundredths(static_cast<double>(ats) / 100 / 13.7603) * 100);
-        sum_ats += pieces * ats;
-        sum_euro += pieces * euro;
-        grid.SetTextMatrix(r, column::kNumber, std::to_wstring(r));
-        grid.SetTextMatrix(r, column::kArtNr, std::to_wstring(4700 + r));
-        grid.SetTextMatrix(r, column::kBezeichnung, description);
-        grid.SetTextMatrix(r, column::kMenge, std::to_wstring(pieces));
-        grid.SetTextMatrix(r, column::kPreisAts, Amount(ats));
-        grid.SetTextMatrix(r, column::kPreisEuro, Amount(euro));
-        grid.SetTextMatrix(r, column::kKatalog, L"Katalog");
-        grid.SetTextMatrix(r, column::kKatalogUrl, L"http://www.vexmart.example/");
-        grid.SetTextMatrix(r, column::kGesamtAts, Amount(pieces * ats));
-        grid.SetTextMatrix(r, column::kGesamtEuro, Amount(pieces * euro));
-    }
-    const std::int32_t totals = grid.Rows() - 1;
-    grid.SetTextMatrix(totals, column::kBezeichnung, L"Gesamt");
-    if (lines > 0) {
-        grid.SetTextMatrix(totals, column::kGesamtAts, Amount(sum_ats));
-        grid.SetTextMatrix(totals, column::kGesamtEuro, Amount(sum_euro));
-    }
-}
-
 // Where the printable area lies on the paper; nothing when there is no printer.
 void LogPaper(std::FILE* log) {
     wchar_t name[256] = {};
@@ -240,7 +147,7 @@ int Print(const wchar_t* log_path, std::int32_t lines, std::wstring_view kind) {
     if (!log) return Fail("log");
     LogPaper(log.get());
     FakeGrid grid(2, column::kCount);
-    Fill(grid, lines, kind);
+    FillBasket(grid, lines, kind);
     LoggingPrinter printer(log.get());
     LoggingBox box(log.get());
     std::wstring status = L"vorher";
