@@ -4,6 +4,7 @@
 #include <new>
 
 #include "grid/grid_accessible_object_win.h"
+#include "grid/grid_selected_cells_win.h"
 
 namespace demovex {
 
@@ -21,70 +22,6 @@ HRESULT GiveText(std::wstring_view text, BSTR* out) {
     *out = SysAllocStringLen(text.data(), static_cast<UINT>(text.size()));
     return *out == nullptr ? E_OUTOFMEMORY : S_OK;
 }
-
-// Enumerates the child ids of a rectangle of cells without listing them.
-class SelectedCells final : public IEnumVARIANT {
-  public:
-    struct Range {
-        std::int32_t row1, col1, row2, col2, cols;
-    };
-    SelectedCells(const Range& range, ULONG at, std::shared_ptr<void> lock)
-        : range_(range), at_(at), module_lock_(std::move(lock)) {}
-
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) noexcept override {
-        if (object == nullptr) return E_POINTER;
-        *object = nullptr;
-        if (iid != IID_IUnknown && iid != IID_IEnumVARIANT) return E_NOINTERFACE;
-        *object = static_cast<IEnumVARIANT*>(this);
-        AddRef();
-        return S_OK;
-    }
-    ULONG STDMETHODCALLTYPE AddRef() noexcept override {
-        return static_cast<ULONG>(InterlockedIncrement(&references_));
-    }
-    ULONG STDMETHODCALLTYPE Release() noexcept override {
-        const LONG left = InterlockedDecrement(&references_);
-        if (left == 0) delete this;
-        return static_cast<ULONG>(left);
-    }
-    HRESULT STDMETHODCALLTYPE Next(ULONG count, VARIANT* cells, ULONG* fetched) noexcept override {
-        if (cells == nullptr || (fetched == nullptr && count != 1)) return E_POINTER;
-        const auto wide = static_cast<ULONG>(range_.col2 - range_.col1 + 1);
-        ULONG done = 0;
-        for (; done < count && at_ < Count(); ++done, ++at_) {
-            const auto row = range_.row1 + static_cast<std::int32_t>(at_ / wide);
-            const auto col = range_.col1 + static_cast<std::int32_t>(at_ % wide);
-            cells[done] = LongVariant(row * range_.cols + col + 1);
-        }
-        if (fetched != nullptr) *fetched = done;
-        return done == count ? S_OK : S_FALSE;
-    }
-    HRESULT STDMETHODCALLTYPE Skip(ULONG count) noexcept override {
-        const ULONG left = Count() - at_;
-        at_ += std::min(count, left);
-        return count <= left ? S_OK : S_FALSE;
-    }
-    HRESULT STDMETHODCALLTYPE Reset() noexcept override {
-        at_ = 0;
-        return S_OK;
-    }
-    HRESULT STDMETHODCALLTYPE Clone(IEnumVARIANT** copy) noexcept override {
-        if (copy == nullptr) return E_POINTER;
-        *copy = new (std::nothrow) SelectedCells(range_, at_, module_lock_);
-        return *copy == nullptr ? E_OUTOFMEMORY : S_OK;
-    }
-
-  private:
-    ~SelectedCells() = default;
-    ULONG Count() const {
-        return static_cast<ULONG>(range_.row2 - range_.row1 + 1) *
-               static_cast<ULONG>(range_.col2 - range_.col1 + 1);
-    }
-    LONG references_ = 1;
-    Range range_;
-    ULONG at_;
-    std::shared_ptr<void> module_lock_;
-};
 
 }  // namespace
 
@@ -340,16 +277,16 @@ HRESULT GridAccessible::get_accSelection(VARIANT* children) noexcept {
     VariantInit(children);
     return Run([&] {
         const FlexGrid& grid = Grid();
-        const SelectedCells::Range range{std::max(1, std::min(grid.Row(), grid.RowSel())),
-                                         std::max(1, std::min(grid.Col(), grid.ColSel())),
-                                         std::max(grid.Row(), grid.RowSel()),
-                                         std::max(grid.Col(), grid.ColSel()), grid.Cols()};
+        const SelectedRange range{std::max(1, std::min(grid.Row(), grid.RowSel())),
+                                  std::max(1, std::min(grid.Col(), grid.ColSel())),
+                                  std::max(grid.Row(), grid.RowSel()),
+                                  std::max(grid.Col(), grid.ColSel()), grid.Cols()};
         if (range.row2 < range.row1 || range.col2 < range.col1) return S_FALSE;
         if (range.row1 == range.row2 && range.col1 == range.col2) {
             *children = LongVariant(IdOf(range.row1, range.col1));
             return S_OK;
         }
-        children->punkVal = new SelectedCells(range, 0, module_lock_);
+        children->punkVal = NewSelectedCells(range, module_lock_);
         children->vt = VT_UNKNOWN;
         return S_OK;
     });

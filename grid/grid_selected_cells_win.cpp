@@ -1,0 +1,79 @@
+#include "grid/grid_selected_cells_win.h"
+
+#include <algorithm>
+#include <new>
+
+namespace demovex {
+
+namespace {
+
+// Enumerates the child ids of a rectangle of cells without listing them.
+class SelectedCells final : public IEnumVARIANT {
+  public:
+    SelectedCells(const SelectedRange& range, ULONG at, std::shared_ptr<void> lock)
+        : range_(range), at_(at), module_lock_(std::move(lock)) {}
+
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) noexcept override {
+        if (object == nullptr) return E_POINTER;
+        *object = nullptr;
+        if (iid != IID_IUnknown && iid != IID_IEnumVARIANT) return E_NOINTERFACE;
+        *object = static_cast<IEnumVARIANT*>(this);
+        AddRef();
+        return S_OK;
+    }
+    ULONG STDMETHODCALLTYPE AddRef() noexcept override {
+        return static_cast<ULONG>(InterlockedIncrement(&references_));
+    }
+    ULONG STDMETHODCALLTYPE Release() noexcept override {
+        const LONG left = InterlockedDecrement(&references_);
+        if (left == 0) delete this;
+        return static_cast<ULONG>(left);
+    }
+    HRESULT STDMETHODCALLTYPE Next(ULONG count, VARIANT* cells, ULONG* fetched) noexcept override {
+        if (cells == nullptr || (fetched == nullptr && count != 1)) return E_POINTER;
+        const auto wide = static_cast<ULONG>(range_.col2 - range_.col1 + 1);
+        ULONG done = 0;
+        for (; done < count && at_ < Count(); ++done, ++at_) {
+            const auto row = range_.row1 + static_cast<std::int32_t>(at_ / wide);
+            const auto col = range_.col1 + static_cast<std::int32_t>(at_ % wide);
+            VariantInit(&cells[done]);
+            cells[done].vt = VT_I4;
+            cells[done].lVal = row * range_.cols + col + 1;
+        }
+        if (fetched != nullptr) *fetched = done;
+        return done == count ? S_OK : S_FALSE;
+    }
+    HRESULT STDMETHODCALLTYPE Skip(ULONG count) noexcept override {
+        const ULONG left = Count() - at_;
+        at_ += std::min(count, left);
+        return count <= left ? S_OK : S_FALSE;
+    }
+    HRESULT STDMETHODCALLTYPE Reset() noexcept override {
+        at_ = 0;
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE Clone(IEnumVARIANT** copy) noexcept override {
+        if (copy == nullptr) return E_POINTER;
+        *copy = new (std::nothrow) SelectedCells(range_, at_, module_lock_);
+        return *copy == nullptr ? E_OUTOFMEMORY : S_OK;
+    }
+
+  private:
+    ~SelectedCells() = default;
+    ULONG Count() const {
+        return static_cast<ULONG>(range_.row2 - range_.row1 + 1) *
+               static_cast<ULONG>(range_.col2 - range_.col1 + 1);
+    }
+    LONG references_ = 1;
+    SelectedRange range_;
+    ULONG at_;
+    std::shared_ptr<void> module_lock_;
+};
+
+}  // namespace
+
+IEnumVARIANT* NewSelectedCells(const SelectedRange& range, std::shared_ptr<void> module_lock) {
+    return new SelectedCells(range, 0, std::move(module_lock));
+}
+
+}  // namespace demovex
