@@ -8,8 +8,15 @@
 #include "basket/window_ids.h"
 #include "dialogs/about_box_win.h"
 #include "dialogs/about_text.h"
+#include "grid/flex_grid_impl_win.h"
 
 namespace demovex {
+namespace {
+
+// Distance from the grid's lower edge within which no editor opens.
+constexpr Twips kEditorMargin = 90;
+
+}  // namespace
 
 // --- the edge
 
@@ -230,7 +237,8 @@ void BasketWindowImpl::DblClick() {
     Forward([](TestLibForm& form) { form.Liste_DblClick(); });
 }
 
-// Tab goes from the grid to the open editor, as it goes from there to the grid.
+// Tab goes from the grid to the open editor, as it goes from there to the grid; and what the user
+// makes current is scrolled so far into view that the editor opens on it.
 LRESULT CALLBACK BasketWindowImpl::GridProcedure(HWND grid, UINT message, WPARAM wparam,
                                                  LPARAM lparam, UINT_PTR, DWORD_PTR data) noexcept {
     auto* impl = reinterpret_cast<BasketWindowImpl*>(data);
@@ -241,7 +249,25 @@ LRESULT CALLBACK BasketWindowImpl::GridProcedure(HWND grid, UINT message, WPARAM
         return 0;
     }
     if (message == WM_NCDESTROY) RemoveWindowSubclass(grid, &BasketWindowImpl::GridProcedure, 0);
-    return DefSubclassProc(grid, message, wparam, lparam);
+    const bool by_user =
+        message == WM_KEYDOWN || message == WM_LBUTTONUP || message == FlexGridImplWin::kSendKey;
+    const LRESULT result = DefSubclassProc(grid, message, wparam, lparam);
+    if (by_user) {
+        impl->Forward([&](TestLibForm&) { impl->ShowWholeCell(); });
+    }
+    return result;
+}
+
+// The editor opens on cells that end well above the grid's lower edge; a cell that the grid has
+// just brought into view may end closer to it.
+void BasketWindowImpl::ShowWholeCell() {
+    FlexGrid& grid = grid_->Grid();
+    const std::int32_t row = grid.Row();
+    if (row < 1 || row >= grid.Rows() - 1 || row != grid.RowSel() || grid.Col() != grid.ColSel() ||
+        row <= grid.TopRow() || grid.RowPos(row + 1) <= grid.Height() - kEditorMargin) {
+        return;
+    }
+    grid.SetTopRow(grid.TopRow() + 1);
 }
 
 // --- what the form tells the window

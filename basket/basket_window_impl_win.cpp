@@ -15,6 +15,8 @@ namespace {
 
 constexpr int kIcon = 1;        // resource number
 constexpr int kFirstRows = 20;  // basket rows in view at first
+// Below the last row in view, so that the editor opens on it, too.
+constexpr Twips kRoomBelow = 90;
 
 int SystemDpi() noexcept {
     HDC screen = GetDC(nullptr);
@@ -168,7 +170,8 @@ void BasketWindowImpl::SetFirstSize() {
     status_->Layout();
     const int row = scale_.ToPixels(grid_->Grid().RowHeight(0));
     RECT rect{0, 0, columns + edges + GetSystemMetrics(SM_CXVSCROLL),
-              scale_.ToPixels(kToolbarHeight) + status_->Height() + edges + (kFirstRows + 2) * row};
+              scale_.ToPixels(kToolbarHeight) + status_->Height() + edges + (kFirstRows + 2) * row +
+                  scale_.ToPixels(kRoomBelow)};
     AdjustWindowRectEx(&rect, WS_OVERLAPPEDWINDOW, TRUE, WS_EX_CONTROLPARENT);
     SetWindowPos(window_, nullptr, 0, 0, rect.right - rect.left, rect.bottom - rect.top,
                  SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);

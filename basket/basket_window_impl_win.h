@@ -88,6 +88,7 @@ class BasketWindowImpl final : public std::enable_shared_from_this<BasketWindowI
     void OnMinimum(MINMAXINFO& info) const;
     void OnActivate(bool active);
     void OnContextKey();
+    void ShowWholeCell();
     void OnDestroy() noexcept;
     void OnDestroyed() noexcept;
     bool CloseUnlessCancelled() noexcept;
