@@ -94,8 +94,18 @@ void GdiSurface::Text(const PixelRect& box, int x, int y, std::wstring_view text
         is_right_ = style.right;
     }
     const RECT clip = Move(box);
+    // Each character in whole pixels, as a text box places it: left to themselves, some systems
+    // add up fractions, and a text would stir when it is edited in place.
+    const int length = static_cast<int>(text.size());
+    SIZE size{};
+    advances_.resize(text.size());
+    if (GetTextExtentExPointW(dc_, text.data(), length, 0, nullptr, advances_.data(), &size)) {
+        for (std::size_t i = text.size(); i-- > 1;) advances_[i] -= advances_[i - 1];
+    } else {
+        advances_.clear();
+    }
     ExtTextOutW(dc_, x - x_, y - y_, ETO_OPAQUE | ETO_CLIPPED, &clip, text.data(),
-                static_cast<UINT>(text.size()), nullptr);
+                static_cast<UINT>(length), advances_.empty() ? nullptr : advances_.data());
 }
 
 void GdiSurface::FocusRect(const PixelRect& rect) {

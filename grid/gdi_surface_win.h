@@ -4,6 +4,8 @@
 
 #include <windows.h>
 
+#include <vector>
+
 #include "grid/surface.h"
 
 namespace demovex {
@@ -43,6 +45,7 @@ class GdiSurface : public Surface {
     COLORREF back_color_ = CLR_INVALID;
     bool is_bold_ = false;
     bool is_right_ = false;
+    std::vector<int> advances_;  // of the text being drawn
 };
 
 }  // namespace demovex

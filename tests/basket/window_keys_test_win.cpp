@@ -18,15 +18,16 @@ INSTANTIATE_TEST_SUITE_P(HostLoops, WindowKeys,
 
 constexpr WORD kCtrl = VK_CONTROL;
 
-// The three places that the focus can be in.
+// Where the focus is when the key is pressed.
 enum class Place { kEditor, kGrid };
 
 void Focus(BasketWindowFixture& basket, Place place, const char* before) {
     SCOPED_TRACE(before);
     const std::int32_t col = place == Place::kEditor ? column::kMenge : column::kPreisAts;
+    basket.Grid().Select(1, column::kBezeichnung, 1, column::kBezeichnung);  // a real change
     basket.Grid().Select(2, col, 2, col);
     basket.Pump();
-    ASSERT_EQ(GetFocus(), place == Place::kEditor ? basket.Text() : basket.Child(child_id::kListe));
+    EXPECT_EQ(GetFocus(), place == Place::kEditor ? basket.Text() : basket.Child(child_id::kListe));
 }
 
 TEST_P(WindowKeys, EveryShortcutRunsItsCommandAndTypesNothing) {
@@ -73,6 +74,7 @@ TEST_P(WindowKeys, EveryShortcutRunsItsCommandAndTypesNothing) {
 
         Focus(basket, place, "O");
         basket.file_dialogs.Cancel();
+        basket.messages.otherwise = MessageAnswer::kNo;  // changes are not to be saved
         basket.Press('O', {kCtrl});
         EXPECT_EQ(basket.file_dialogs.shown.size(), 2u);
         EXPECT_FALSE(basket.file_dialogs.shown.back().save);
@@ -255,8 +257,8 @@ TEST_P(WindowKeys, WhatIsTypedRightAfterAnArrowGoesIntoTheNextCell) {
     EXPECT_EQ(basket.Cell(3, column::kMenge), L"9");
 }
 
-TEST_P(WindowKeys, HoldingAnArrowThroughAThousandRowsEndsOnTheRightCell) {
-    BasketWindowFixture basket(GetParam());
+TEST(WindowKey, HoldingAnArrowThroughAThousandRowsEndsOnTheRightCell) {
+    BasketWindowFixture basket;
     for (int i = 0; i < 1001; ++i) {
         bool info = false;
         basket.window->Form()->AddArtikel(i % 2 == 0 ? L"4711" : L"4712", L"", L"", info, 1, true);
