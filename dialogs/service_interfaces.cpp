@@ -2,6 +2,9 @@
 
 namespace demovex {
 
+// Texts come by value: an implementer keeps them without another copy.
+// NOLINTBEGIN(performance-unnecessary-value-param)
+
 bool IFeedback::SetText(std::wstring, std::int32_t) {
     return false;
 }
@@ -13,6 +16,8 @@ std::int32_t IUserInteraction::MsgBox(std::wstring&, std::int32_t, std::wstring,
                                       std::int32_t) {
     return 0;
 }
+
+// NOLINTEND(performance-unnecessary-value-param)
 
 void IFileSystemOperation::Copy(std::wstring&, std::wstring&) {}
 void IFileSystemOperation::Delete(std::wstring&) {}
