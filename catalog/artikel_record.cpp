@@ -7,11 +7,7 @@ namespace {
 
 template <std::size_t N>
 std::string_view Trimmed(const std::array<char, N>& field) noexcept {
-    std::size_t begin = 0;
-    std::size_t end = N;
-    while (begin < end && field[begin] == ' ') ++begin;
-    while (end > begin && field[end - 1] == ' ') --end;
-    return std::string_view(field.data() + begin, end - begin);
+    return TrimmedField(std::string_view(field.data(), N));
 }
 
 template <std::size_t N>
@@ -21,6 +17,12 @@ const char* Take(const char* from, std::array<char, N>& field) noexcept {
 }
 
 }  // namespace
+
+std::string_view TrimmedField(std::string_view field) noexcept {
+    while (!field.empty() && field.front() == ' ') field.remove_prefix(1);
+    while (!field.empty() && field.back() == ' ') field.remove_suffix(1);
+    return field;
+}
 
 ArtikelRecord::ArtikelRecord() noexcept {
     Nr.fill(' ');

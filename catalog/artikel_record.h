@@ -11,6 +11,9 @@
 
 namespace demovex {
 
+// The characters of a field without leading and trailing blanks (0x20 only).
+std::string_view TrimmedField(std::string_view field) noexcept;
+
 struct ArtikelRecord {
     // Every field blank.
     ArtikelRecord() noexcept;

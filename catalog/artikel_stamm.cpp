@@ -91,26 +91,36 @@ bool ArtikelStamm::LookUpArtikelNr(std::wstring_view Nr, std::wstring* Bezeichnu
         id = index_->Find(KeyValue(std::wstring(TrimBlanks(Nr))));
         if (id == 0) return false;
     }
-    ReadRecord(id, first_);
+    ReadRecord(id, record_);
     // both are made before either is stored
     std::wstring bezeichnung;
     std::wstring preis;
-    if (Bezeichnung != nullptr) bezeichnung = text_.FromAnsi(first_.TrimmedBezeichnung());
-    if (Preis != nullptr) preis = text_.FromAnsi(first_.TrimmedPreis());
+    if (Bezeichnung != nullptr) bezeichnung = text_.FromAnsi(record_.TrimmedBezeichnung());
+    if (Preis != nullptr) preis = text_.FromAnsi(record_.TrimmedPreis());
     if (Bezeichnung != nullptr) *Bezeichnung = std::move(bezeichnung);
     if (Preis != nullptr) *Preis = std::move(preis);
     return true;
 }
 
-void ArtikelStamm::ReadRecord(std::int32_t id, ArtikelRecord& record) {
+std::optional<std::uint64_t> ArtikelStamm::Locate(std::int32_t id) const {
     if (id < 1) RaiseRuntimeError(runtime_error::kInvalidProcedureCall);
     if (file_ == nullptr) RaiseRuntimeError(runtime_error::kObjectNotSet);
-    if (id > record_count_) {
+    if (id > record_count_) return std::nullopt;
+    return static_cast<std::uint64_t>(id - 1) * ArtikelRecord::kSize;
+}
+
+void ArtikelStamm::ReadRecord(std::int32_t id, ArtikelRecord& record) {
+    if (const auto offset = Locate(id)) {
+        record.Assign(file_->Read(*offset, ArtikelRecord::kTextSize));
+    } else {
         record = ArtikelRecord();
-        return;
     }
-    const std::uint64_t offset = static_cast<std::uint64_t>(id - 1) * ArtikelRecord::kSize;
-    record.Assign(file_->Read(offset, ArtikelRecord::kTextSize));
+}
+
+std::string_view ArtikelStamm::ReadNr(std::int32_t id) {
+    const auto offset = Locate(id);
+    if (!offset) return {};
+    return TrimmedField(file_->Read(*offset, sizeof(ArtikelRecord::Nr)));
 }
 
 std::int32_t ArtikelStamm::Count(std::int32_t Tag) {
@@ -125,11 +135,9 @@ std::int32_t ArtikelStamm::EnumItems(std::int32_t /*Tag*/) {
 
 std::int32_t ArtikelStamm::CompareItems(std::int32_t id1, std::int32_t id2, std::int32_t Tag) {
     CheckTag(Tag);
-    ReadRecord(id1, first_);
-    ReadRecord(id2, second_);
-    const std::string_view a = first_.TrimmedNr();
-    const std::string_view b = second_.TrimmedNr();
-    if (AllDigits(a) && AllDigits(b)) return CompareDigits(a, b);
+    const std::string a(ReadNr(id1));  // a copy: the next read ends the view
+    const std::string_view b = ReadNr(id2);
+    if (AllDigits(a) && AllDigits(b)) return CompareDigits(std::string_view(a), b);
     return text_.CompareText(text_.FromAnsi(a), text_.FromAnsi(b));
 }
 
@@ -145,8 +153,7 @@ std::int32_t ArtikelStamm::CompareItem(const KeyValue& Key, std::int32_t id, std
     CheckTag(Tag);
     const auto* key = std::get_if<std::wstring>(&Key);
     if (key == nullptr) RaiseRuntimeError(runtime_error::kTypeMismatch);
-    ReadRecord(id, first_);
-    const std::string_view nr = first_.TrimmedNr();
+    const std::string_view nr = ReadNr(id);
     // Digits sort by their value in every locale, so most comparisons need no collation.
     if (AllDigits(nr) && AllDigits(*key)) return CompareDigits(*key, nr);
     return text_.CompareText(*key, text_.FromAnsi(nr));

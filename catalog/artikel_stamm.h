@@ -18,6 +18,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -67,6 +68,11 @@ class ArtikelStamm final : public IMSContainer {
     // Reads record `id` into `record`; a number beyond the end gives blank fields, one below 1
     // raises 5.
     void ReadRecord(std::int32_t id, ArtikelRecord& record);
+    // The trimmed number of record `id`, for comparisons, which need nothing else; valid until the
+    // next read. The same rules for `id`.
+    std::string_view ReadNr(std::int32_t id);
+    // Where record `id` begins, or nothing when it lies beyond the end.
+    std::optional<std::uint64_t> Locate(std::int32_t id) const;
 
     IFileSystem& files_;
     const ITextService& text_;
@@ -75,8 +81,7 @@ class ArtikelStamm final : public IMSContainer {
     std::int32_t record_count_ = 0;
     std::unique_ptr<MSIndex> index_;
     std::int32_t cursor_ = 0;
-    ArtikelRecord first_;   // lookups and the first side of a comparison
-    ArtikelRecord second_;  // the other side of CompareItems
+    ArtikelRecord record_;  // the one that a lookup has found
 };
 
 }  // namespace demovex
