@@ -24,7 +24,7 @@ GdiSurface::GdiSurface(HDC dc, HFONT regular, HFONT bold, int origin_x, int orig
       colors_{} {
     for (int i = 0; i < kColors; ++i) colors_[i] = Color(static_cast<GridColor>(i));
     SelectObject(dc_, regular_);
-    SetTextAlign(dc_, TA_LEFT | TA_TOP | TA_NOUPDATECP);
+    SetTextAlign(dc_, TA_LEFT);  // the other bits are 0: upper edge, no current position
     SetBkMode(dc_, OPAQUE);
 }
 
@@ -90,7 +90,7 @@ void GdiSurface::Text(const PixelRect& box, int x, int y, std::wstring_view text
         is_bold_ = style.bold;
     }
     if (style.right != is_right_) {
-        SetTextAlign(dc_, (style.right ? TA_RIGHT : TA_LEFT) | TA_TOP | TA_NOUPDATECP);
+        SetTextAlign(dc_, style.right ? TA_RIGHT : TA_LEFT);
         is_right_ = style.right;
     }
     const RECT clip = Move(box);

@@ -102,7 +102,7 @@ std::wstring GridAccessible::NameOf(const Element& element) const {
         const int length = GetWindowTextW(owner_->window, title, 128);
         return length > 0 ? std::wstring(title, static_cast<std::size_t>(length)) : L"Tabelle";
     }
-    const std::wstring column(Grid().TextMatrix(0, element.col));
+    std::wstring column(Grid().TextMatrix(0, element.col));
     if (element.row < FlexGrid::kFixedRows) return column;
     std::wstring number(Grid().TextMatrix(element.row, 0));
     if (number.empty()) number = std::to_wstring(element.row);

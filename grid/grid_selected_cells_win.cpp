@@ -31,7 +31,7 @@ class SelectedCells final : public IEnumVARIANT {
     }
     HRESULT STDMETHODCALLTYPE Next(ULONG count, VARIANT* cells, ULONG* fetched) noexcept override {
         if (cells == nullptr || (fetched == nullptr && count != 1)) return E_POINTER;
-        const auto wide = static_cast<ULONG>(range_.col2 - range_.col1 + 1);
+        const ULONG wide = Wide();
         ULONG done = 0;
         for (; done < count && at_ < Count(); ++done, ++at_) {
             const auto row = range_.row1 + static_cast<std::int32_t>(at_ / wide);
@@ -60,9 +60,11 @@ class SelectedCells final : public IEnumVARIANT {
 
   private:
     ~SelectedCells() = default;
+    ULONG Wide() const {
+        return static_cast<ULONG>(range_.col2) - static_cast<ULONG>(range_.col1) + 1;
+    }
     ULONG Count() const {
-        return static_cast<ULONG>(range_.row2 - range_.row1 + 1) *
-               static_cast<ULONG>(range_.col2 - range_.col1 + 1);
+        return Wide() * (static_cast<ULONG>(range_.row2) - static_cast<ULONG>(range_.row1) + 1);
     }
     LONG references_ = 1;
     SelectedRange range_;
