@@ -62,7 +62,8 @@ void RowCommands::mnuEditZeilenLöschen_Click() {
         // What was selected is gone; what moved up into its place is not selected with it.
         grid_.SetRow(grid_.Row());
         rows_.Renumber(grid_.Row());
-        rows_.RecalculateTotals(grid_.Row());
+        // The lines that are left keep their totals, so only the sums are made anew.
+        rows_.RecalculateTotals(grid_.Rows() - 1);
         if (grid_.Rows() == 2) grid_.SetCol(column::kBezeichnung);
     }
     rows_.Liste_RowColChange();

@@ -1,0 +1,148 @@
+#include "basket/totals.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "basket/columns.h"
+#include "tests/support/fake_grid.h"
+#include "tests/support/fake_text_service.h"
+#include "tests/support/raised.h"
+
+namespace demovex {
+namespace {
+
+// A basket of `lines` articles with the given amounts, and its totals row.
+class TotalsTest : public ::testing::Test {
+  protected:
+    void Fill(std::int32_t lines, const std::wstring& ats, const std::wstring& euro) {
+        totals.InsertRows(1, lines);
+        for (std::int32_t row = 1; row <= lines; ++row) {
+            totals.SetCell(row, column::kArtNr, L"x");
+            totals.SetCell(row, column::kGesamtAts, ats);
+            totals.SetCell(row, column::kGesamtEuro, euro);
+        }
+    }
+    std::int32_t Recalculate() {
+        return RaisedBy([&] { totals.Recalculate(grid.Rows() - 1); });
+    }
+    std::wstring Ats() const { return std::wstring(grid.TextMatrix(grid.Rows() - 1, 8)); }
+    std::wstring Euro() const { return std::wstring(grid.TextMatrix(grid.Rows() - 1, 9)); }
+
+    FakeTextService text{FakeLocale::kGermany};
+    FakeGrid grid{2, 10};
+    Totals totals{grid, text};
+};
+
+TEST_F(TotalsTest, TenThousandTimesTenGroschenIsExactlyAThousand) {
+    Fill(10000, L"0,10", L"0,01");
+    EXPECT_EQ(Recalculate(), 0);
+    EXPECT_EQ(Ats(), L"1.000,00");
+    EXPECT_EQ(Euro(), L"100,00");
+}
+
+TEST_F(TotalsTest, OppositeAmountsSumToNothing) {
+    Fill(3, L"0,10", L"0,10");
+    totals.SetCell(1, 8, L"-0,20");
+    totals.SetCell(2, 8, L"0,10");
+    EXPECT_EQ(Recalculate(), 0);
+    EXPECT_EQ(Ats(), L"");
+    EXPECT_EQ(Euro(), L"0,30");
+}
+
+TEST_F(TotalsTest, SumsBeyondSixtyFourBitsOfHundredthsDoNotOverflow) {
+    Fill(2000, L"90.000.000.000.000,00", L"0,01");
+    EXPECT_EQ(Recalculate(), 0);
+    EXPECT_EQ(Ats(), L"180.000.000.000.000.000,00");
+    EXPECT_EQ(Euro(), L"20,00");
+}
+
+TEST_F(TotalsTest, AmountsTooLargeToBeExactAreSummedUpRowByRow) {
+    Fill(3, L"0,10", L"0,10");
+    totals.SetCell(2, 8, L"1000000000000000000");
+    EXPECT_EQ(Recalculate(), 0);
+    EXPECT_EQ(Ats(), L"1.000.000.000.000.000.000,00");
+    totals.SetCell(2, 8, L"0,10");
+    EXPECT_EQ(Recalculate(), 0);
+    EXPECT_EQ(Ats(), L"0,30");
+}
+
+TEST_F(TotalsTest, AmountsWithMoreThanTwoDecimalsAreSummedUpRowByRow) {
+    Fill(2, L"0,125", L"0,10");
+    EXPECT_EQ(Recalculate(), 0);
+    EXPECT_EQ(Ats(), L"0,25");
+}
+
+TEST_F(TotalsTest, OneUnreadableAmountStopsBothTotalsUntilItIsGone) {
+    Fill(3, L"1,00", L"2,00");
+    EXPECT_EQ(Recalculate(), 0);
+    totals.SetCell(2, 9, L"keine Zahl");
+    totals.SetCell(1, 8, L"5,00");
+    EXPECT_EQ(Recalculate(), 13);
+    EXPECT_EQ(Ats(), L"3,00");  // nothing half-made
+    totals.SetCell(2, column::kArtNr, L"");
+    EXPECT_EQ(Recalculate(), 0);
+    EXPECT_EQ(Ats(), L"6,00");
+    EXPECT_EQ(Euro(), L"4,00");
+    totals.SetCell(2, column::kArtNr, L"y");
+    EXPECT_EQ(Recalculate(), 13);
+    totals.RemoveRows(2, 1);
+    EXPECT_EQ(Recalculate(), 0);
+    EXPECT_EQ(Ats(), L"6,00");
+}
+
+TEST_F(TotalsTest, AnUnreadableQuantityRaisesBeforeAnythingIsWritten) {
+    Fill(1, L"1,00", L"2,00");
+    EXPECT_EQ(RaisedBy([&] { totals.Recalculate(1); }), 13);
+    EXPECT_EQ(grid.TextMatrix(1, 8), L"1,00");
+}
+
+TEST_F(TotalsTest, AnUnreadableEuroPriceRaisesAfterTheSchillingsAreWritten) {
+    Fill(1, L"1,00", L"2,00");
+    totals.SetCell(1, column::kMenge, L"3");
+    totals.SetCell(1, column::kPreisAts, L"10,00");
+    EXPECT_EQ(RaisedBy([&] { totals.Recalculate(1); }), 13);
+    EXPECT_EQ(grid.TextMatrix(1, 8), L"30,00");
+    EXPECT_EQ(grid.TextMatrix(1, 9), L"2,00");
+    EXPECT_EQ(Ats(), L"");
+}
+
+TEST_F(TotalsTest, RowsWithoutAnArticleNumberKeepTheirAmountsAndDoNotCount) {
+    Fill(2, L"1,00", L"1,00");
+    totals.SetCell(1, column::kArtNr, L"");
+    EXPECT_EQ(RaisedBy([&] { totals.Recalculate(1); }), 0);
+    EXPECT_EQ(grid.TextMatrix(1, 8), L"1,00");
+    EXPECT_EQ(Ats(), L"1,00");
+}
+
+TEST_F(TotalsTest, WhenTheTotalsRowItselfIsRemovedTheRowThatIsLastThenNoLongerCounts) {
+    Fill(3, L"1,00", L"1,00");
+    totals.RemoveRows(4, 1);
+    totals.SetCell(3, column::kArtNr, L"");
+    EXPECT_EQ(Recalculate(), 0);
+    // the row in its place shows the sum of the two before it
+    EXPECT_EQ(Ats(), L"2,00");
+    totals.RemoveRows(2, 2);
+    ASSERT_EQ(grid.Rows(), 2);
+    EXPECT_EQ(RaisedBy([&] { totals.RemoveRows(1, 1); }), 30016);
+    totals.InsertRows(1, 1);
+    EXPECT_EQ(RaisedBy([&] { totals.Recalculate(1); }), 0);
+    EXPECT_EQ(Ats(), L"");
+}
+
+TEST_F(TotalsTest, RefusedRemovalsAndMovesChangeNothing) {
+    Fill(2, L"1,00", L"1,00");
+    EXPECT_EQ(RaisedBy([&] { totals.RemoveRows(0, 1); }), 9);
+    EXPECT_EQ(RaisedBy([&] { totals.RemoveRows(3, 2); }), 9);
+    EXPECT_EQ(RaisedBy([&] { totals.RemoveRows(1, 3); }), 30016);
+    EXPECT_EQ(RaisedBy([&] { totals.MoveRows(1, 2, 2); }), 9);
+    EXPECT_EQ(RaisedBy([&] { totals.MoveRows(0, 1, 1); }), 9);
+    EXPECT_EQ(RaisedBy([&] { totals.InsertRows(0, 1); }), 9);
+    EXPECT_EQ(RaisedBy([&] { totals.InsertRows(4, 1); }), 9);
+    EXPECT_EQ(RaisedBy([&] { totals.SetCell(7, 8, L"1"); }), 9);
+    EXPECT_EQ(Recalculate(), 0);
+    EXPECT_EQ(Ats(), L"2,00");
+}
+
+}  // namespace
+}  // namespace demovex
