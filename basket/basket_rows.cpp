@@ -45,7 +45,7 @@ void BasketRows::BuildEmptyGrid() {
 
 bool BasketRows::AddArtikel(const std::wstring& ArtikelNr, const std::wstring& Katalog,
                             const std::wstring& KatalogURL, std::int32_t Menge) {
-    editor_.CommitCellEdit();
+    editor_.CloseEditor();
     state_.Modified = true;
     SuppressEditorScope suppress(state_);
     const std::int32_t last = grid_.Rows() - 2;
@@ -122,7 +122,7 @@ bool BasketRows::RefreshArtikel(std::int32_t row, std::int32_t Menge) {
 }
 
 void BasketRows::InsertArtikel(std::int32_t row, std::int32_t rowcount) {
-    editor_.CommitCellEdit();
+    editor_.CloseEditor();
     state_.Modified = true;
     SuppressEditorScope suppress(state_);
     if (rowcount >= 1) {

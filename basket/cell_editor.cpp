@@ -161,6 +161,7 @@ void CellEditor::Realign() {
 }
 
 void CellEditor::IPText_KeyDown(int& key_code, int shift) {
+    if (!view_.BackgroundVisible()) return;  // a key that was on its way when the editor closed
     RememberSelection();
     const EditorKeyRow* row = FindEditorKey(*this, key_code, shift);
     if (row == nullptr) return;

@@ -499,6 +499,15 @@ TEST_F(CellEditorTest, EveryKeyThatMovesCommitsBeforeItIsSent) {
     EXPECT_EQ(basket.view.grid_keys, (std::deque<GridKey>{GridKey::kDown}));
 }
 
+TEST_F(CellEditorTest, AKeyThatArrivesAfterTheEditorHasClosedDoesNothing) {
+    basket.Click(2, column::kBezeichnung);
+    basket.form.CommitCellEdit();
+    EXPECT_TRUE(basket.view.Press(View::kReturn));
+    EXPECT_TRUE(basket.view.Press(View::kDown));
+    EXPECT_EQ(basket.Lines(), 2);
+    EXPECT_TRUE(basket.view.grid_keys.empty());
+}
+
 TEST_F(CellEditorTest, FTwoDropsTheSelection) {
     basket.Click(1, column::kMenge);
     EXPECT_FALSE(basket.view.Press(View::kF2));
