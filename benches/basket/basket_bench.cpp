@@ -68,10 +68,11 @@ void Links() {
                     [&] {
                         for (int i = 0; i < 5; ++i) large.AddOne();
                     }},
-                   {"re-reading all rows", read_all}, {.operations = 5, .before = [&] {
-                                                           large.ShrinkTo(kLarge);
-                                                           reread.ShrinkTo(kLarge);
-                                                       }});
+                   {"re-reading all rows", read_all},
+                   {.operations = 5, .bar = "at least 1", .before = [&] {
+                        large.ShrinkTo(kLarge);
+                        reread.ShrinkTo(kLarge);
+                    }});
 }
 
 // A command on `count` rows in the middle of twice as many.
@@ -110,11 +111,11 @@ void RowCommands() {
                             plain.grid.SetTextMatrix(row, 0, std::to_wstring(row));
                         }
                     }},
-                   {.before = [&] {
-                       ours.GrowTo(kLarge);
-                       plain.GrowTo(kLarge);
-                       ours.SelectRows(2501, 7500);
-                   }});
+                   {.bar = "at least 1", .before = [&] {
+                        ours.GrowTo(kLarge);
+                        plain.GrowTo(kLarge);
+                        ours.SelectRows(2501, 7500);
+                    }});
 }
 
 void Keystrokes() {
