@@ -25,6 +25,8 @@ class Frame {
 
     HWND Handle() const { return window_; }
     void Show(int show);
+    // Ends being quiet.
+    void SpeakUp() { quiet_ = false; }
 
     Session& Plugs() { return session_; }
     const Catalogue& Shown() const { return catalogue_; }

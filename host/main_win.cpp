@@ -103,9 +103,13 @@ int Run(HINSTANCE instance, int show) {
     frame.Plugs().UseManifest(manifest);
     frame.Show(show);
     if (steps->empty()) return Loop();
-    ScriptRunner runner(frame, log);
-    if (runner.Run(*steps) == ScriptRunner::End::kStay) return Loop();
-    return runner.ExitCode();
+    {
+        ScriptRunner runner(frame, log);
+        if (runner.Run(*steps) == ScriptRunner::End::kQuit) return runner.ExitCode();
+    }
+    // from here on the program is a person's
+    frame.SpeakUp();
+    return Loop();
 }
 
 }  // namespace
