@@ -24,8 +24,15 @@ WindowStatus::WindowStatus(HWND parent, HINSTANCE module, const Scale& scale) : 
     SendMessageW(progress_, PBM_SETRANGE32, 0, kProgressSteps);
 }
 
+// The control paints a new text at once, theme and all, and a command may set several: painting is
+// left to the loop.
 void WindowStatus::ShowText(const std::wstring& text) {
+    const bool visible = (GetWindowLongPtrW(window_, GWL_STYLE) & WS_VISIBLE) != 0;
+    if (visible) SendMessageW(window_, WM_SETREDRAW, FALSE, 0);
     SendMessageW(window_, SB_SETTEXTW, SBT_NOBORDERS, reinterpret_cast<LPARAM>(text.c_str()));
+    if (!visible) return;
+    SendMessageW(window_, WM_SETREDRAW, TRUE, 0);
+    InvalidateRect(window_, nullptr, TRUE);
 }
 
 void WindowStatus::SetText(std::wstring_view text) {

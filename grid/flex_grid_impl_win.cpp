@@ -108,45 +108,73 @@ Twips FlexGridImplWin::TextWidth(std::wstring_view text, bool bold) const {
 
 // --- what the grid reports ---
 
+// A command changes many cells of few rows, and each call to the system costs more than painting a
+// row: so whole rows become invalid, and each of them once.
 void FlexGridImplWin::Invalidate(const PixelRect& view_rect) {
     if (window == nullptr) return;
-    const RECT rect = ToRect(view_rect);
+    for (const PixelRect& known : invalid_) {
+        if (view_rect.left >= known.left && view_rect.right <= known.right &&
+            view_rect.top >= known.top && view_rect.bottom <= known.bottom) {
+            return;
+        }
+    }
+    constexpr std::size_t kRemembered = 16;
+    if (invalid_.size() == kRemembered) invalid_.clear();
+    const PixelRect view = grid.View();
+    const PixelRect strip{std::min(view.left, view_rect.left), view_rect.top,
+                          std::max(view.right, view_rect.right), view_rect.bottom};
+    invalid_.push_back(strip);
+    const RECT rect = ToRect(strip);
     InvalidateRect(window, &rect, FALSE);
 }
 
 void FlexGridImplWin::ScrollArea(const PixelRect& area, int dx, int dy) {
     if (window == nullptr) return;
     const RECT rect = ToRect(area);
+    invalid_.clear();  // what was invalid moves
     ScrollWindowEx(window, dx, dy, &rect, &rect, nullptr, nullptr, SW_INVALIDATE);
 }
 
+namespace {
+
+void ShowState(HWND window, int bar, const GridScrollBar& state, bool redraw) {
+    SCROLLINFO info{};
+    info.cbSize = sizeof info;
+    // a bar never hides itself: the grid says when there is one
+    info.fMask = SIF_RANGE | SIF_PAGE | SIF_POS | SIF_DISABLENOSCROLL;
+    info.nMin = state.min;
+    info.nMax = state.max;
+    info.nPage = static_cast<UINT>(state.page);
+    info.nPos = state.position;
+    SetScrollInfo(window, bar, &info, redraw);
+}
+
+}  // namespace
+
 void FlexGridImplWin::SetBar(int bar, const GridScrollBar& state, GridScrollBar& shown) {
     if (state == shown) return;
-    if (state.visible != shown.visible) ShowScrollBar(window, bar, state.visible);
-    if (state.visible) {
-        SCROLLINFO info{};
-        info.cbSize = sizeof info;
-        // a bar never hides itself: the grid says when there is one
-        info.fMask = SIF_RANGE | SIF_PAGE | SIF_POS | SIF_DISABLENOSCROLL;
-        info.nMin = state.min;
-        info.nMax = state.max;
-        info.nPage = static_cast<UINT>(state.page);
-        info.nPos = state.position;
-        SetScrollInfo(window, bar, &info, TRUE);
+    if (state.visible != shown.visible) {
+        invalid_.clear();
+        ShowScrollBar(window, bar, state.visible);
     }
+    if (state.visible) ShowState(window, bar, state, true);
     shown = state;
 }
 
-// Drawing a scroll bar costs more than scrolling a line of text. So a position that alone changed
-// is shown a moment later, once for all lines that were scrolled meanwhile; anything else at once.
+// Drawing a scroll bar costs more than scrolling a line of text. So a changed position or range is
+// drawn a moment later, once for all lines that were scrolled or added meanwhile; anything else at
+// once.
 void FlexGridImplWin::ScrollBarsChanged() {
     if (window == nullptr) return;
-    const auto position_only = [](GridScrollBar now, const GridScrollBar& shown) {
+    const auto can_wait = [](GridScrollBar now, const GridScrollBar& shown) {
         now.position = shown.position;
+        now.max = shown.max;
         return now == shown;
     };
-    if (position_only(grid.VerticalBar(), shown_v_) &&
-        position_only(grid.HorizontalBar(), shown_h_)) {
+    if (can_wait(grid.VerticalBar(), shown_v_) && can_wait(grid.HorizontalBar(), shown_h_)) {
+        if (grid.VerticalBar().max != shown_v_.max && shown_v_.visible) {
+            ShowState(window, SB_VERT, grid.VerticalBar(), false);
+        }
         if (!bars_pending_) bars_pending_ = SetTimer(window, kBarTimer, 30, nullptr) != 0;
         if (bars_pending_) return;
     }
@@ -282,6 +310,7 @@ LRESULT FlexGridImplWin::Handle(UINT message, WPARAM wparam, LPARAM lparam) {
 void FlexGridImplWin::UpdateFrame() {
     RECT outer{};
     if (window == nullptr || !GetWindowRect(window, &outer)) return;
+    invalid_.clear();
     const GridFrame frame{outer.right - outer.left, outer.bottom - outer.top,
                           GetSystemMetrics(SM_CXEDGE), GetSystemMetrics(SM_CXVSCROLL),
                           GetSystemMetrics(SM_CYHSCROLL)};
@@ -294,6 +323,7 @@ void FlexGridImplWin::UpdateFrame() {
 
 void FlexGridImplWin::Paint() {
     PAINTSTRUCT paint{};
+    invalid_.clear();
     const HDC dc = BeginPaint(window, &paint);
     if (dc == nullptr) return;
     const RECT& invalid = paint.rcPaint;

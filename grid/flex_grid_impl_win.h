@@ -5,6 +5,7 @@
 #include <windows.h>
 
 #include <memory>
+#include <vector>
 
 #include "grid/flex_grid_control_win.h"
 #include "grid/gdi_win.h"
@@ -67,6 +68,8 @@ class FlexGridImplWin : public IFlexGridDisplay,
     GridScrollBar shown_v_;
     GridScrollBar shown_h_;
     bool bars_pending_ = false;
+    // Invalid already and not painted yet; may forget some, never names too many.
+    std::vector<PixelRect> invalid_;
 };
 
 }  // namespace demovex
