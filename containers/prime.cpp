@@ -66,7 +66,7 @@ class PrimeTable {
 
     void Append(std::int32_t prime) {
         if (static_cast<std::int32_t>(primes_.size()) == capacity_) {
-            primes_.reserve(static_cast<std::size_t>(capacity_ + kStep));
+            primes_.reserve(static_cast<std::size_t>(capacity_) + kStep);
             capacity_ += kStep;
         }
         primes_.push_back(prime);

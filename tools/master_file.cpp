@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <stdexcept>
+#include <type_traits>
 
 #include "catalog/artikel_record.h"
 
@@ -14,6 +15,10 @@ constexpr wchar_t kUpper[32] = {0x20AC, 0,      0x201A, 0x0192, 0x201E, 0x2026, 
                                 0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0,      0x017D, 0,
                                 0,      0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
                                 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0,      0x017E, 0x0178};
+
+std::uint32_t Code(wchar_t c) {
+    return static_cast<std::make_unsigned_t<wchar_t>>(c);
+}
 
 [[noreturn]] void Fail(const std::wstring& message) {
     throw std::runtime_error(ToUtf8(message));
@@ -40,7 +45,7 @@ void AppendField(std::string& line, const std::wstring& text, std::size_t width,
 std::string ToWindows1252(std::wstring_view text) {
     std::string bytes;
     for (const wchar_t c : text) {
-        const auto code = static_cast<std::uint32_t>(c);
+        const std::uint32_t code = Code(c);
         if (code < 0x80 || (code >= 0xA0 && code <= 0xFF)) {
             bytes += static_cast<char>(code);
             continue;
@@ -92,10 +97,9 @@ std::wstring FromUtf8(std::string_view bytes) {
 std::string ToUtf8(std::wstring_view text) {
     std::string bytes;
     for (std::size_t i = 0; i < text.size(); ++i) {
-        auto code = static_cast<std::uint32_t>(text[i]);
+        std::uint32_t code = Code(text[i]);
         if (sizeof(wchar_t) == 2 && code >= 0xD800 && code < 0xDC00 && i + 1 < text.size()) {
-            code = 0x10000 + ((code - 0xD800) << 10) +
-                   (static_cast<std::uint32_t>(text[++i]) - 0xDC00);
+            code = 0x10000 + ((code - 0xD800) << 10) + (Code(text[++i]) - 0xDC00);
         }
         if (code < 0x80) {
             bytes += static_cast<char>(code);

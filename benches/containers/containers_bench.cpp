@@ -51,29 +51,29 @@ using StdSet = std::unordered_set<std::int32_t, VirtualHash, VirtualEqual>;
 
 template <typename Set>
 void FlatFind(const std::string& which, const char* name, const std::vector<std::int32_t>& keys,
-              MSHashtable& table) {
+              MSHashtable& table, bool at_random = true) {
     Set set(keys.begin(), keys.end());
     std::vector<std::int32_t> wanted = keys;
-    std::shuffle(wanted.begin(), wanted.end(), std::mt19937(9));
-    bench::Compare("hash table" + which + ": find",
-                   {"ours",
-                    [&] {
-                        std::int32_t sum = 0;
-                        for (const std::int32_t key : wanted) sum ^= table.Find(key);
-                        bench::Keep(sum);
-                    }},
-                   {name,
-                    [&] {
-                        std::int32_t sum = 0;
-                        for (const std::int32_t key : wanted) sum ^= *set.find(key);
-                        bench::Keep(sum);
-                    }},
-                   {.operations = kIds, .bar = "level (1)"});
+    if (at_random) std::shuffle(wanted.begin(), wanted.end(), std::mt19937(9));
+    bench::Compare(
+        "hash table" + which + (at_random ? ": find at random" : ": find one after another"),
+        {"ours",
+         [&] {
+             std::int32_t sum = 0;
+             for (const std::int32_t key : wanted) sum ^= table.Find(key);
+             bench::Keep(sum);
+         }},
+        {name,
+         [&] {
+             std::int32_t sum = 0;
+             for (const std::int32_t key : wanted) sum ^= *set.find(key);
+             bench::Keep(sum);
+         }},
+        {.operations = kIds, .bar = "level (1)"});
 }
 
-void Hashtables(bool dense) {
-    const std::string which = dense ? ", dense keys" : ", scattered keys";
-    const std::shared_ptr<BenchOwner> made = MakeOwner(1, dense);
+void Hashtables(const std::string& which, Keys kind) {
+    const std::shared_ptr<BenchOwner> made = MakeOwner(1, kind);
     BenchOwner& owner = *made;
     owner.live = kIds;
     MSHashtable table;
@@ -83,11 +83,13 @@ void Hashtables(bool dense) {
 
 #ifdef DEMOVEX_BOOST
     FlatFind<boost::unordered_flat_set<std::int32_t>>(which, "boost flat set", keys, table);
+    FlatFind<boost::unordered_flat_set<std::int32_t>>(which, "boost flat set", keys, table, false);
 #else
     bench::PrintRow("hash table: find", "", "boost's flat set is not installed", "", "");
 #endif
 #ifdef DEMOVEX_ABSL
     FlatFind<absl::flat_hash_set<std::int32_t>>(which, "absl flat set", keys, table);
+    FlatFind<absl::flat_hash_set<std::int32_t>>(which, "absl flat set", keys, table, false);
 #else
     bench::PrintRow("hash table: find", "", "absl's flat set is not installed", "", "");
 #endif
@@ -167,7 +169,7 @@ void Hashtables(bool dense) {
 }
 
 void Sorting() {
-    const std::shared_ptr<BenchOwner> owner = MakeOwner(2, true);
+    const std::shared_ptr<BenchOwner> owner = MakeOwner(2, Keys::kShuffled);
     owner->live = kIds;
     MSIndex index;
     index.SetMSContainer(owner);
@@ -188,7 +190,8 @@ void Sorting() {
 }  // namespace
 
 int main() {
-    Hashtables(true);
-    Hashtables(false);
+    Hashtables(", numbered", Keys::kInOrder);
+    Hashtables(", shuffled", Keys::kShuffled);
+    Hashtables(", scattered", Keys::kScattered);
     Sorting();
 }

@@ -11,11 +11,11 @@ namespace {
 
 class Owner final : public BenchOwner {
   public:
-    Owner(std::uint32_t seed, bool dense) {
+    Owner(std::uint32_t seed, Keys kind) {
         keys.resize(kIds + 1);
         std::mt19937 random(seed);
         std::iota(keys.begin(), keys.end(), 500);
-        if (!dense) {
+        if (kind == Keys::kScattered) {
             std::unordered_set<std::int32_t> taken;
             for (std::int32_t& key : keys) {
                 do key = static_cast<std::int32_t>(random() >> 2);
@@ -23,7 +23,7 @@ class Owner final : public BenchOwner {
             }
         }
         for (std::int32_t& key : keys) key *= 2;
-        std::shuffle(keys.begin() + 1, keys.end(), random);
+        if (kind == Keys::kShuffled) std::shuffle(keys.begin() + 1, keys.end(), random);
     }
 
     std::int32_t Count(std::int32_t) override { return live; }
@@ -51,6 +51,6 @@ class Owner final : public BenchOwner {
 
 }  // namespace
 
-std::shared_ptr<BenchOwner> MakeOwner(std::uint32_t seed, bool dense) {
-    return std::make_shared<Owner>(seed, dense);
+std::shared_ptr<BenchOwner> MakeOwner(std::uint32_t seed, Keys kind) {
+    return std::make_shared<Owner>(seed, kind);
 }

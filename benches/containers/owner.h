@@ -14,6 +14,10 @@ struct BenchOwner : demovex::IMSContainer {
     std::int32_t live = 0;           // ids 1 to live are items
 };
 
-// Dense: the even numbers from 1000 on in random order, as a numbered catalogue has them; their
-// hash, the number itself, never collides. Scattered: any different even 31-bit numbers.
-std::shared_ptr<BenchOwner> MakeOwner(std::uint32_t seed, bool dense);
+// The hash of a key is the key itself; prime sizes do the spreading.
+enum class Keys {
+    kInOrder,    // the even numbers from 1000 on, rising with the ids: a numbered catalogue
+    kShuffled,   // the same numbers, ids in any order
+    kScattered,  // any different even 31-bit numbers, ids in any order
+};
+std::shared_ptr<BenchOwner> MakeOwner(std::uint32_t seed, Keys kind);

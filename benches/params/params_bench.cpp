@@ -73,7 +73,7 @@ int main() {
                    {.runs = 7, .operations = 1, .bar = "at least 0.67"});
     bench::Compare("parameter parser: compose 10 MB of lines",
                    {"ours", [&] { bench::Keep(parser.ParameterString().size()); }},
-                   {"hand-written join", [&] { bench::Keep(Join(table).size()); }},{.bar = ""});
+                   {"hand-written join", [&] { bench::Keep(Join(table).size()); }}, {.bar = ""});
     bench::Compare("parameter parser: store 1,000,000 fields",
                    {"ours",
                     [&] {
