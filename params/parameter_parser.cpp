@@ -1,6 +1,7 @@
 #include "params/parameter_parser.h"
 
 #include <algorithm>
+#include <new>
 #include <utility>
 
 #include "base/checked.h"
@@ -127,6 +128,8 @@ void ParameterParser::SetValue(std::int32_t col, std::int32_t row, std::wstring_
     StoreText(FieldAt(target, col), text);
     target.count = std::max(target.count, col);
     extent_ = extent;
+    // only now that the new field counts: tidying up keeps what counts
+    if (unused_ > kLittle && unused_ > text_.size() / 2) Compact();
 }
 
 ParameterParser::Extent ParameterParser::Reach(std::int32_t col, std::int32_t row) const {
@@ -170,12 +173,15 @@ void ParameterParser::StoreText(Field& field, std::wstring_view text) {
     text_.append(text);
     unused_ += field.length;
     field = {offset, text.size()};
-    if (unused_ > kLittle && unused_ > text_.size() / 2) Compact();
 }
 
-void ParameterParser::Compact() {
+void ParameterParser::Compact() noexcept {
     std::wstring packed;
-    packed.reserve(text_.size() - unused_);
+    try {
+        packed.reserve(text_.size() - unused_);
+    } catch (const std::bad_alloc&) {
+        return;  // untidy, but whole
+    }
     for (const Row& row : rows_) {
         for (std::int32_t col = 1; col <= row.count; ++col) {
             Field& field = FieldAt(row, col);

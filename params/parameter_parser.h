@@ -92,8 +92,9 @@ class ParameterParser {
         return fields_[row.first + static_cast<std::size_t>(col - 1)];
     }
     void StoreText(Field& field, std::wstring_view text);
-    // Rewrites the arena without the texts that were overwritten.
-    void Compact();
+    // Rewrites the arena without the texts that were overwritten. Every field that is not empty
+    // must be counted by its row.
+    void Compact() noexcept;
 
     std::wstring column_delimiter_ = L",";
     std::wstring row_delimiter_ = L";";

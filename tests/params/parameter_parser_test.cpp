@@ -274,6 +274,22 @@ TEST(ParameterParser, AFieldMayBeStoredFromTheTableItself) {
     EXPECT_EQ(parser.ParameterString(), L"pha,beta;beta;,,pha;");
 }
 
+// Emptied fields leave room unused in the arena; storing a new one is what tidies it up.
+TEST(ParameterParser, ANewFieldIsKeptWhenTheArenaIsTidiedUp) {
+    ParameterParser parser;
+    for (std::int32_t step = 1; step <= 300; ++step) {
+        const std::wstring text(static_cast<std::size_t>(10 * step), L'x');
+        parser.SetValue(1, 2, text);
+        ASSERT_EQ(parser.Value(1, 2), text);
+        parser.SetValue(step, 1, std::to_wstring(step));
+        ASSERT_EQ(parser.Value(step, 1), std::to_wstring(step));
+        parser.SetValue(1, 2, L"");
+    }
+    for (std::int32_t col = 1; col <= 300; ++col) {
+        ASSERT_EQ(parser.Value(col, 1), std::to_wstring(col));
+    }
+}
+
 TEST(ParameterParser, NulCharactersAreCharacters) {
     const std::wstring text(L"a\0b,\0;\0", 7);
     const ParameterParser parser = Parsed(text);
