@@ -37,6 +37,7 @@ void BasketFiles::Load(const std::wstring& Path) {
     rows_.CloseEditor();
     context_.state.Loading = true;
     context_.state.SuppressEditor = true;
+    rows_.BeginLoading();
     Rejected rejected;
     try {
         LoadRows(Path, rejected);
@@ -55,6 +56,7 @@ void BasketFiles::Load(const std::wstring& Path) {
 }
 
 void BasketFiles::EndLoading() {
+    rows_.EndLoading();
     context_.state.Modified = false;
     context_.state.Loading = false;
     context_.state.SuppressEditor = false;
@@ -89,8 +91,7 @@ void BasketFiles::LoadRows(const std::wstring& path, Rejected& rejected) {
             url = parser.Value(7, line);
             const std::wstring_view quantity = parser.Value(3, line);
             if (rows_.AddArtikel(number, catalog, url, 1)) {
-                rows_.SetCell(row, column::kMenge, quantity);
-                rows_.RecalculateTotals(row);
+                SetQuantity(row, quantity);
             } else {
                 rows_.RemoveRows(row, 1);
                 --row;
@@ -108,6 +109,23 @@ void BasketFiles::LoadRows(const std::wstring& path, Rejected& rejected) {
     }
     grid.SetCol(column::kArtNr);
     grid.SetRedraw(true);
+}
+
+void BasketFiles::SetQuantity(std::int32_t row, std::wstring_view quantity) {
+    const std::int32_t added = context_.Liste.Rows() - 2;
+    if (row != added) rows_.RecalculateTotals(added);  // keeps its quantity of 1
+    try {
+        rows_.SetCell(row, column::kMenge, quantity);
+        rows_.RecalculateTotals(row);
+    } catch (const Error&) {
+        // The row is left as it was added, with the total of one piece beside the bad quantity.
+        if (row == added) {
+            rows_.SetCell(row, column::kMenge, L"1");
+            rows_.RecalculateTotals(row);
+            rows_.SetCell(row, column::kMenge, quantity);
+        }
+        throw;
+    }
 }
 
 void BasketFiles::ShowRejected(const Rejected& rejected) {

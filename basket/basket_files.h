@@ -9,6 +9,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "basket/basket_rooms.h"
 #include "basket/basket_state.h"
@@ -59,6 +60,8 @@ class BasketFiles {
     };
 
     void LoadRows(const std::wstring& path, Rejected& rejected);
+    // Gives the row at the counter its quantity; raises what the quantity is wrong for.
+    void SetQuantity(std::int32_t row, std::wstring_view quantity);
     void EndLoading();
     void ShowRejected(const Rejected& rejected);
     std::wstring Compose(ProgressScope& progress) const;

@@ -37,13 +37,18 @@ class IBasketRows {
 
     // Adds `Menge` of an article at the end of the basket; see TestLibForm::AddArtikel. While
     // BasketState::Loading is set an unknown number answers false, leaves its row without
-    // description, quantity and prices, and raises nothing.
+    // description, quantity and prices, and raises nothing; and a new row of a found article is
+    // left without line totals: the caller, who knows the real quantity, recalculates.
     virtual bool AddArtikel(const std::wstring& ArtikelNr, const std::wstring& Katalog,
                             const std::wstring& KatalogURL, std::int32_t Menge) = 0;
 
     // Recomputes the line totals of `row` and the totals row. Raises 13 when a quantity, price or
     // line total of an article row does not read as a number, 6 when a product or sum overflows.
     virtual void RecalculateTotals(std::int32_t row) = 0;
+
+    // Between these two, the totals row is written only once, at the end. EndLoading raises nothing.
+    virtual void BeginLoading() = 0;
+    virtual void EndLoading() noexcept = 0;
 
     // Removes `count` rows from `first` on and keeps the running totals right; the shown totals and
     // the line numbers stay as they are. Raises what the grid raises and changes nothing then.

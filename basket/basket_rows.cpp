@@ -1,6 +1,7 @@
 #include "basket/basket_rows.h"
 
 #include <algorithm>
+#include <charconv>
 #include <variant>
 
 #include "base/error.h"
@@ -10,6 +11,14 @@
 
 namespace demovex {
 namespace {
+
+// Written without the C library's formatted output, which a line number in a long basket would
+// feel.
+std::wstring DecimalText(std::int32_t value) {
+    char digits[12];
+    char* const end = std::to_chars(digits, digits + sizeof digits, value).ptr;
+    return std::wstring(&digits[0], end);
+}
 
 // Schillings to the euro, fixed for good.
 constexpr double kSchillingsPerEuro = 13.7603;
@@ -55,7 +64,8 @@ bool BasketRows::AddArtikel(const std::wstring& ArtikelNr, const std::wstring& K
     } else {
         result = AppendRow(ArtikelNr, Katalog, KatalogURL, Menge);
         // A file that is being loaded lists unknown numbers; whoever loads it removes the row.
-        if (state_.Loading && !result && !ArtikelNr.empty()) return false;
+        // Line totals of a found article wait for the quantity that the file says.
+        if (state_.Loading && !ArtikelNr.empty()) return result;
     }
     totals_.Recalculate(grid_.Rows() - 2);
     return result;
@@ -78,7 +88,7 @@ bool BasketRows::AppendRow(const std::wstring& nr, const std::wstring& katalog,
     const std::int32_t row = grid_.Rows() - 2;
     grid_.SetRow(row);
     DressRow(row);
-    SetCell(row, column::kNumber, std::to_wstring(row));
+    SetCell(row, column::kNumber, DecimalText(row));
     SetCell(row, column::kArtNr, nr);
     if (nr.empty()) {
         grid_.SetCol(column::kArtNr);
@@ -111,13 +121,13 @@ bool BasketRows::RefreshArtikel(std::int32_t row, std::int32_t Menge) {
     if (!articles_.LookUpArtikelNr(nr, bezeichnung, preis)) return false;
     const ITextService& text = context_.services.text;
     SetCell(row, column::kBezeichnung, bezeichnung);
-    if (Menge > -1) SetCell(row, column::kMenge, std::to_wstring(Menge));
+    if (Menge > -1) SetCell(row, column::kMenge, DecimalText(Menge));
     const double price = text.ToNumber(preis);
     SetCell(row, column::kPreisAts, text.FormatAmount(price));
     SetCell(row, column::kPreisEuro,
             text.FormatAmount(RoundToHundredths(price / kSchillingsPerEuro)));
     grid_.SetCol(column::kMenge);
-    totals_.Recalculate(row);
+    if (!state_.Loading) totals_.Recalculate(row);
     return true;
 }
 
@@ -141,12 +151,19 @@ std::int32_t BasketRows::GetRowType(std::int32_t row) const {
 
 void BasketRows::Renumber(std::int32_t first) {
     for (std::int32_t row = first; row <= grid_.Rows() - 2; ++row) {
-        grid_.SetTextMatrix(row, column::kNumber, std::to_wstring(row));
+        grid_.SetTextMatrix(row, column::kNumber, DecimalText(row));
     }
 }
 
 void BasketRows::MoveRows(std::int32_t first, std::int32_t count, std::int32_t to) {
     totals_.MoveRows(first, count, to);
+}
+
+void BasketRows::EndLoading() noexcept {
+    try {
+        totals_.Defer(false);
+    } catch (...) {  // the totals row keeps what it shows; the load has its own error to tell
+    }
 }
 
 void BasketRows::RemoveRows(std::int32_t first, std::int32_t count) {
@@ -181,7 +198,7 @@ std::int32_t BasketRows::CompareItem(const KeyValue& key, std::int32_t id, std::
     if (const auto* string = std::get_if<std::wstring>(&key)) {
         key_text = *string;
     } else if (const auto* whole = std::get_if<std::int32_t>(&key)) {
-        key_text = std::to_wstring(*whole);
+        key_text = DecimalText(*whole);
     } else {
         key_text = text.FromNumber(std::get<double>(key));
     }

@@ -59,6 +59,8 @@ class BasketRows final : public IBasketRows {
     void CloseEditor() override { editor_.CloseEditor(); }
     void Liste_RowColChange() override { editor_.Liste_RowColChange(); }
     void RecalculateTotals(std::int32_t row) override { totals_.Recalculate(row); }
+    void BeginLoading() override { totals_.Defer(true); }
+    void EndLoading() noexcept override;
     void RemoveRows(std::int32_t first, std::int32_t count) override;
     void ClearRows() override;
     void SetCell(std::int32_t row, std::int32_t col, std::wstring_view text) override;

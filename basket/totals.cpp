@@ -46,14 +46,22 @@ void Totals::AccountAmount(Sum& sum, std::wstring_view text, int sign) const {
         (error.number() == runtime_error::kTypeMismatch ? sum.unreadable : sum.inexact) += sign;
         return;
     }
-    const double hundredths = std::round(value * 100.0);
-    if (!(std::abs(hundredths) < kLargestExact) || hundredths / 100.0 != value) {
+    const double scaled = value * 100.0;
+    if (!(std::abs(scaled) < kLargestExact)) {
         sum.inexact += sign;
         return;
     }
-    const auto whole = static_cast<std::int64_t>(hundredths);
-    sum.billions += sign * (whole / kBillion);
-    sum.rest += sign * (whole % kBillion);
+    const auto whole = static_cast<std::int64_t>(scaled < 0 ? scaled - 0.5 : scaled + 0.5);
+    if (static_cast<double>(whole) / 100.0 != value) {
+        sum.inexact += sign;
+        return;
+    }
+    if (whole > -kBillion && whole < kBillion) {
+        sum.rest += sign * whole;
+    } else {
+        sum.billions += sign * (whole / kBillion);
+        sum.rest += sign * (whole % kBillion);
+    }
 }
 
 void Totals::Account(std::int32_t row, int sign) {
@@ -69,14 +77,20 @@ void Totals::SetCell(std::int32_t row, std::int32_t col, std::wstring_view text)
         return;
     }
     if (grid_.TextMatrix(row, col) == text) return;
-    Account(row, -1);
+    // an amount concerns its own column, the article number decides for both
+    const auto account = [&](int sign) {
+        if (col == column::kArtNr) return Account(row, sign);
+        if (!Counts(row)) return;
+        AccountAmount(sums_[col == column::kGesamtAts ? 0 : 1], grid_.TextMatrix(row, col), sign);
+    };
+    account(-1);
     try {
         grid_.SetTextMatrix(row, col, text);
     } catch (...) {
-        Account(row, +1);
+        account(+1);
         throw;
     }
-    Account(row, +1);
+    account(+1);
 }
 
 void Totals::InsertRows(std::int32_t index, std::int32_t count) {
@@ -94,6 +108,7 @@ void Totals::RemoveRows(std::int32_t first, std::int32_t count) {
         if (end == grid_.Rows()) Account(first - 1, sign);
     };
     if (first < 1 || end > grid_.Rows()) RaiseRuntimeError(runtime_error::kSubscriptOutOfRange);
+    if (end == grid_.Rows()) WritePending();  // to the row that is the last one still
     account(-1);
     try {
         grid_.RemoveItem(first, count);
@@ -137,6 +152,24 @@ void Totals::Recalculate(std::int32_t row) {
         (sums_[0].unreadable != 0 || sums_[1].unreadable != 0)) {
         RaiseRuntimeError(runtime_error::kTypeMismatch);
     }
+    if (deferred_ && sums_[0].Plain() && sums_[1].Plain()) {
+        pending_ = true;
+        return;
+    }
+    WriteTotalsRow();
+}
+
+void Totals::Defer(bool deferred) {
+    deferred_ = deferred;
+    if (!deferred) WritePending();
+}
+
+void Totals::WritePending() {
+    if (pending_) WriteTotalsRow();
+}
+
+void Totals::WriteTotalsRow() {
+    pending_ = false;
     std::array<double, 2> values{};
     for (std::size_t i = 0; i < sums_.size(); ++i) {
         values[i] = sums_[i].Plain() ? sums_[i].Value() : Walk(kAmountColumns[i]);

@@ -41,6 +41,10 @@ class Totals {
     // Line totals of `row`, then the totals row. Raises 13 and 6, see IBasketRows.
     void Recalculate(std::int32_t row);
 
+    // While deferred, a recalculation leaves the totals row as it is; the last one's sums are
+    // written when the deferring ends, or before that row goes. For many recalculations in a row.
+    void Defer(bool deferred);
+
     // Sums up all rows afresh; for a grid that was changed behind this object's back.
     void Recount();
 
@@ -61,10 +65,14 @@ class Totals {
     void AccountAmount(Sum& sum, std::wstring_view text, int sign) const;
     double Product(std::int32_t row, std::int32_t price_column) const;
     double Walk(std::int32_t col) const;
+    void WriteTotalsRow();
+    void WritePending();
 
     IFlexGrid& grid_;
     const ITextService& text_;
     std::array<Sum, 2> sums_;  // columns 8 and 9
+    bool deferred_ = false;
+    bool pending_ = false;  // a deferred recalculation has not been written
 };
 
 }  // namespace demovex

@@ -60,8 +60,9 @@ void FlexGrid::Layout() {
     }
     cols_.SetView(width - (bar_v_ ? frame_.bar_width : 0));
     rows_.SetView(height - (bar_h_ ? frame_.bar_height : 0));
-    rows_.SetFirst(std::min(rows_.First(), rows_.MaxFirst()));
-    cols_.SetFirst(std::min(cols_.First(), cols_.MaxFirst()));
+    // unscrolled is always possible; the farthest place to scroll to takes some counting
+    if (rows_.First() > kFixedRows) rows_.SetFirst(std::min(rows_.First(), rows_.MaxFirst()));
+    if (cols_.First() > kFixedCols) cols_.SetFirst(std::min(cols_.First(), cols_.MaxFirst()));
 }
 
 GridScrollBar FlexGrid::VerticalBar() const {

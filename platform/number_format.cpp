@@ -77,8 +77,46 @@ void AppendGrouped(std::wstring& out, std::string_view digits, const NumberForma
     out.append(digits.begin() + static_cast<std::ptrdiff_t>(done), digits.end());
 }
 
+// The usual amount, put together from the right in place; `integer` has at most kShortAmount
+// digits, the separators at most kShortSeparator characters.
+constexpr std::size_t kShortAmount = 20;
+constexpr std::size_t kShortSeparator = 3;
+
+std::wstring ShortAmountText(bool negative, std::string_view integer, std::string_view two_decimals,
+                             const NumberFormat& format) {
+    wchar_t text[3 + kShortSeparator + kShortAmount * (1 + kShortSeparator)];
+    wchar_t* const end = text + sizeof text / sizeof *text;
+    wchar_t* at = end;
+    const auto put = [&at](wchar_t c) { *--at = c; };
+    put(static_cast<wchar_t>(two_decimals[1]));
+    put(static_cast<wchar_t>(two_decimals[0]));
+    for (std::size_t i = format.decimal.size(); i > 0; --i) put(format.decimal[i - 1]);
+
+    const bool grouped = !format.thousands.empty() && !format.groups.empty();
+    std::size_t group = 0;
+    int room = grouped ? format.groups.front() : -1;  // digits until a separator, below 0 for none
+    for (std::size_t i = integer.size(); i > 0; --i) {
+        if (room == 0) {
+            for (std::size_t s = format.thousands.size(); s > 0; --s) put(format.thousands[s - 1]);
+            if (group + 1 < format.groups.size()) {
+                room = format.groups[++group];
+            } else {
+                room = format.repeat_last_group ? format.groups.back() : -1;
+            }
+        }
+        put(static_cast<wchar_t>(integer[i - 1]));
+        --room;
+    }
+    if (negative) put(L'-');
+    return std::wstring(at, end);
+}
+
 std::wstring AmountText(bool negative, std::string_view integer, std::string_view two_decimals,
                         const NumberFormat& format) {
+    if (integer.size() <= kShortAmount && format.decimal.size() <= kShortSeparator &&
+        format.thousands.size() <= kShortSeparator) {
+        return ShortAmountText(negative, integer, two_decimals, format);
+    }
     std::wstring out;
     out.reserve(integer.size() * 2 + 4);
     if (negative) out += L'-';
@@ -117,6 +155,38 @@ std::wstring FormatAmountExactly(double value, const NumberFormat& format) {
     while (integer.size() > 1 && integer.front() == '0') integer.remove_prefix(1);
     return AmountText(form.negative && !zero, integer,
                       std::string_view(hundredths).substr(hundredths.size() - 2), format);
+}
+
+// The most usual text: up to 15 digits, separators of one character, no sign and no blanks. Nothing
+// for any other text, which may be a number all the same.
+std::optional<double> ReadShortNumber(std::wstring_view text, const NumberFormat& format) {
+    constexpr std::size_t kMostDigits = 15;  // an exact double, and so is the power of ten below it
+    if (text.size() > 2 * kMostDigits || format.decimal.size() != 1 ||
+        format.thousands.size() != 1) {
+        return std::nullopt;
+    }
+    const wchar_t decimal = format.decimal[0];
+    const wchar_t thousands = format.thousands[0];
+    std::uint64_t integer = 0;
+    std::size_t digits = 0;
+    std::size_t decimals = 0;
+    bool in_decimals = false;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const wchar_t c = text[i];
+        if (IsDigit(c)) {
+            integer = integer * 10 + static_cast<std::uint64_t>(c - L'0');
+            ++digits;
+            if (in_decimals) ++decimals;
+        } else if (in_decimals) {
+            return std::nullopt;
+        } else if (c == decimal) {
+            in_decimals = true;
+        } else if (c != thousands || digits == 0 || i + 1 == text.size() || !IsDigit(text[i + 1])) {
+            return std::nullopt;
+        }
+    }
+    if (digits == 0 || digits > kMostDigits) return std::nullopt;
+    return static_cast<double>(integer) / kPowersOfTen[decimals];
 }
 
 // True and moves `at` behind it when a separator stands there; no-break spaces of either width
@@ -190,6 +260,7 @@ double DecimalToDouble(std::string_view digits, std::int64_t exponent) {
 }
 
 std::optional<double> ReadPlainNumber(std::wstring_view text, const NumberFormat& format) {
+    if (const auto value = ReadShortNumber(text, format)) return value;
     while (!text.empty() && text.front() == L' ') text.remove_prefix(1);
     while (!text.empty() && text.back() == L' ') text.remove_suffix(1);
     if (text.empty()) return std::nullopt;

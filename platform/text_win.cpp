@@ -45,6 +45,7 @@ void WinTextService::Refresh() {
     if (format.thousands == format.decimal) format.thousands.clear();
     format.SetGrouping(LocaleText(LOCALE_SGROUPING));
     format_ = std::move(format);
+    ReadCodePage();
 }
 
 int WinTextService::CompareText(std::wstring_view a, std::wstring_view b) const {
@@ -98,8 +99,37 @@ std::wstring WinTextService::FormatAmount(double value) const {
     return demovex::FormatAmount(value, format_);
 }
 
+void WinTextService::ReadCodePage() {
+    CPINFO info{};
+    single_bytes_ = GetCPInfo(CP_ACP, &info) && info.MaxCharSize == 1;
+    for (std::size_t byte = 0; byte < wide_.size() && single_bytes_; ++byte) {
+        const char narrow = static_cast<char>(static_cast<unsigned char>(byte));
+        single_bytes_ = MultiByteToWideChar(CP_ACP, 0, &narrow, 1, &wide_[byte], 1) == 1 &&
+                        (byte >= 0x80 || wide_[byte] == byte);
+    }
+}
+
+bool WinTextService::ToSingleBytes(std::wstring_view text, std::string& bytes) const {
+    if (!single_bytes_) return false;
+    bytes.resize(text.size());
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const wchar_t c = text[i];
+        if (c < 0x80) {
+            bytes[i] = static_cast<char>(c);
+        } else if (c < wide_.size() && wide_[c] == c) {
+            bytes[i] = static_cast<char>(static_cast<unsigned char>(c));
+        } else {
+            const auto found = std::find(wide_.begin() + 0x80, wide_.end(), c);
+            if (found == wide_.end()) return false;
+            bytes[i] = static_cast<char>(static_cast<unsigned char>(found - wide_.begin()));
+        }
+    }
+    return true;
+}
+
 std::string WinTextService::ToAnsi(std::wstring_view text, bool* lossy) const {
     if (text.empty()) return {};
+    if (std::string bytes; ToSingleBytes(text, bytes)) return bytes;
     // A Unicode code page (UTF-8 can be chosen as ANSI one) takes neither a default character nor
     // the flag, and holds everything but halves of surrogate pairs.
     const bool utf8 = GetACP() == CP_UTF8;
@@ -119,6 +149,13 @@ std::string WinTextService::ToAnsi(std::wstring_view text, bool* lossy) const {
 
 std::wstring WinTextService::FromAnsi(std::string_view bytes) const {
     if (bytes.empty()) return {};
+    if (single_bytes_) {
+        std::wstring wide(bytes.size(), L'\0');
+        for (std::size_t i = 0; i < bytes.size(); ++i) {
+            wide[i] = wide_[static_cast<unsigned char>(bytes[i])];
+        }
+        return wide;
+    }
     const int size = MultiByteToWideChar(CP_ACP, 0, bytes.data(), Length(bytes.size()), nullptr, 0);
     if (size <= 0) RaiseRuntimeError(runtime_error::kOutOfMemory);
     std::wstring out(static_cast<std::size_t>(size), L'\0');

@@ -8,6 +8,10 @@
 // amounts, comparisons of digits); all else is asked of it.
 #pragma once
 
+#include <array>
+#include <string>
+#include <string_view>
+
 #include "platform/number_format.h"
 #include "platform/text.h"
 
@@ -32,7 +36,14 @@ class WinTextService : public ITextService {
     const NumberFormat& format() const { return format_; }
 
   private:
+    // The code page as a table, when each of its characters is one byte.
+    void ReadCodePage();
+    // False, with `bytes` of no use, when a character needs the system's judgement.
+    bool ToSingleBytes(std::wstring_view text, std::string& bytes) const;
+
     NumberFormat format_;
+    bool single_bytes_ = false;
+    std::array<wchar_t, 256> wide_{};  // what each byte stands for
 };
 
 }  // namespace demovex

@@ -1,23 +1,38 @@
 #include "benches/files/totals_table.h"
 
+#include <sqlite3.h>
+
+#include <algorithm>
+#include <array>
 #include <cstdio>
 #include <cstdlib>
-
-#include <sqlite3.h>
+#include <utility>
 
 namespace demovex {
 
 #ifndef SQLITE_MISSING
 
-namespace {
+struct TotalsTable::Engine {
+    sqlite3* database = nullptr;
+    sqlite3_stmt* insert = nullptr;
 
-void Must(bool right, sqlite3* database) {
-    if (right) return;
-    std::printf("the database refuses: %s\n", sqlite3_errmsg(database));
-    std::exit(1);
-}
-
-}  // namespace
+    void Must(bool right) const {
+        if (right) return;
+        std::printf("the database refuses: %s\n", sqlite3_errmsg(database));
+        std::exit(1);
+    }
+    void Run(const char* sql) const {
+        Must(sqlite3_exec(database, sql, nullptr, nullptr, nullptr) == SQLITE_OK);
+    }
+    sqlite3_stmt* Prepare(const char* sql) const {
+        sqlite3_stmt* statement = nullptr;
+        Must(sqlite3_prepare_v2(database, sql, -1, &statement, nullptr) == SQLITE_OK);
+        return statement;
+    }
+    static void Bind(sqlite3_stmt* statement, int index, std::string_view text) {
+        sqlite3_bind_text(statement, index, text.data(), static_cast<int>(text.size()), nullptr);
+    }
+};
 
 bool TotalsTable::Available() {
     return true;
@@ -27,45 +42,78 @@ std::string TotalsTable::Name() {
     return std::string("SQLite ") + sqlite3_libversion();
 }
 
-void TotalsTable::Insert(const std::vector<Line>& lines) {
-    sqlite3* database = nullptr;
-    Must(sqlite3_open(":memory:", &database) == SQLITE_OK, database);
-    const char* const schema =
+TotalsTable::TotalsTable(const std::vector<Article>& articles)
+    : engine_(std::make_unique<Engine>()) {
+    Engine& e = *engine_;
+    e.Must(sqlite3_open(":memory:", &e.database) == SQLITE_OK);
+    e.Run(
+        "PRAGMA journal_mode = OFF;"
+        "CREATE TABLE article(nr TEXT PRIMARY KEY, bezeichnung TEXT, ats REAL) WITHOUT ROWID;"
         "CREATE TABLE totals(ats REAL, euro REAL);"
         "INSERT INTO totals VALUES(0, 0);"
         "CREATE TABLE basket(id INTEGER PRIMARY KEY, artnr TEXT, bezeichnung TEXT, menge INTEGER,"
         " ats REAL, euro REAL, katalog TEXT, url TEXT, gesamt_ats REAL, gesamt_euro REAL);"
         "CREATE TRIGGER sum AFTER INSERT ON basket BEGIN"
         " UPDATE totals SET ats = ats + new.gesamt_ats, euro = euro + new.gesamt_euro; END;"
-        "BEGIN";
-    Must(sqlite3_exec(database, schema, nullptr, nullptr, nullptr) == SQLITE_OK, database);
-    sqlite3_stmt* insert = nullptr;
-    Must(sqlite3_prepare_v2(database,
-                            "INSERT INTO basket(artnr, bezeichnung, menge, ats, euro, katalog, url,"
-                            " gesamt_ats, gesamt_euro) VALUES(?1, ?2, ?3, ?4,"
-                            " round(?4 / 13.7603, 2), ?5, ?6, ?3 * ?4,"
-                            " ?3 * round(?4 / 13.7603, 2))",
-                            -1, &insert, nullptr) == SQLITE_OK,
-         database);
-    const auto text = [insert](int index, const std::string& value) {
-        sqlite3_bind_text(insert, index, value.data(), static_cast<int>(value.size()), nullptr);
-    };
-    for (const Line& line : lines) {
-        text(1, line.number);
-        text(2, line.description);
-        sqlite3_bind_int(insert, 3, line.quantity);
-        sqlite3_bind_double(insert, 4, line.price);
-        text(5, line.catalog);
-        text(6, line.url);
-        Must(sqlite3_step(insert) == SQLITE_DONE, database);
-        sqlite3_reset(insert);
+        "BEGIN");
+    sqlite3_stmt* add = e.Prepare("INSERT INTO article VALUES(?1, ?2, ?3)");
+    for (const Article& article : articles) {
+        Engine::Bind(add, 1, article.number);
+        Engine::Bind(add, 2, article.description);
+        sqlite3_bind_double(add, 3, article.price);
+        e.Must(sqlite3_step(add) == SQLITE_DONE);
+        sqlite3_reset(add);
     }
-    sqlite3_finalize(insert);
-    Must(sqlite3_exec(database, "COMMIT", nullptr, nullptr, nullptr) == SQLITE_OK, database);
-    sqlite3_close(database);
+    sqlite3_finalize(add);
+    e.Run("COMMIT");
+    e.insert = e.Prepare(
+        "INSERT INTO basket(artnr, bezeichnung, menge, ats, euro, katalog, url, gesamt_ats,"
+        " gesamt_euro) SELECT ?1, bezeichnung, ?2, ats, round(ats / 13.7603, 2), ?3, ?4, ?2 * ats,"
+        " ?2 * round(ats / 13.7603, 2) FROM article WHERE nr = ?1");
+}
+
+TotalsTable::~TotalsTable() {
+    sqlite3_finalize(engine_->insert);
+    sqlite3_close(engine_->database);
+}
+
+void TotalsTable::Load(std::string_view file) {
+    Engine& e = *engine_;
+    e.Run("BEGIN; DELETE FROM basket; UPDATE totals SET ats = 0, euro = 0");
+    bool header = true;
+    for (std::size_t at = 0; at < file.size();) {
+        const std::size_t end = std::min(file.find("\r\n", at), file.size());
+        std::array<std::string_view, 9> fields{};
+        std::size_t begin = at;
+        for (std::string_view& field : fields) {
+            if (begin > end) break;
+            const std::size_t tab = std::min(file.find('\t', begin), end);
+            field = file.substr(begin, tab - begin);
+            begin = tab + 1;
+        }
+        at = end + 2;
+        if (std::exchange(header, false)) continue;
+        Engine::Bind(e.insert, 1, fields[0]);
+        sqlite3_bind_int(e.insert, 2, std::atoi(std::string(fields[2]).c_str()));
+        Engine::Bind(e.insert, 3, fields[5]);
+        Engine::Bind(e.insert, 4, fields[6]);
+        e.Must(sqlite3_step(e.insert) == SQLITE_DONE);
+        sqlite3_reset(e.insert);
+    }
+    e.Run("COMMIT");
+}
+
+double TotalsTable::Total() {
+    sqlite3_stmt* read = engine_->Prepare("SELECT ats FROM totals");
+    engine_->Must(sqlite3_step(read) == SQLITE_ROW);
+    const double total = sqlite3_column_double(read, 0);
+    sqlite3_finalize(read);
+    return total;
 }
 
 #else
+
+struct TotalsTable::Engine {};
 
 bool TotalsTable::Available() {
     return false;
@@ -73,8 +121,13 @@ bool TotalsTable::Available() {
 std::string TotalsTable::Name() {
     return "";
 }
-void TotalsTable::Insert(const std::vector<Line>&) {
+TotalsTable::TotalsTable(const std::vector<Article>&) {}
+TotalsTable::~TotalsTable() = default;
+void TotalsTable::Load(std::string_view) {
     std::abort();  // not available
+}
+double TotalsTable::Total() {
+    std::abort();
 }
 
 #endif

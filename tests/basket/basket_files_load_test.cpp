@@ -283,6 +283,9 @@ TEST_F(LoadTest, AQuantityThatIsNoNumberEndsTheLoadAndKeepsTheRowsReadSoFar) {
         EXPECT_EQ(LoadError(path), LoadErrorOf(path, L"Type mismatch")) << quantity;
         EXPECT_EQ(ArticleNumbers(), (Texts{L"4711", L"4712", L""})) << quantity;
         EXPECT_EQ(Cell(1, column::kMenge), L"2");
+        EXPECT_EQ(Cell(2, column::kMenge), std::wstring(quantity.begin(), quantity.end()));
+        EXPECT_EQ(Cell(2, column::kGesamtAts), L"25,50");  // as it was added, one piece
+        EXPECT_EQ(Cell(3, column::kGesamtAts), L"225,50");
         EXPECT_EQ(state.CurrentPath, path);
         EXPECT_EQ(state.Caption, L"Vexmart Demo Warenkorb 1.1 - q.bsk");
         EXPECT_FALSE(state.Modified);
