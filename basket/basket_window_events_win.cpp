@@ -16,6 +16,17 @@ namespace {
 // Distance from the grid's lower edge within which no editor opens.
 constexpr Twips kEditorMargin = 90;
 
+// Whether the region of a WM_NCPAINT (in screen coordinates; 1 is the whole window) touches nothing
+// but the client area.
+bool InsideClientArea(HWND window, WPARAM region) noexcept {
+    RECT box{}, client{};
+    if (region <= 1 || GetRgnBox(reinterpret_cast<HRGN>(region), &box) == 0) return false;
+    GetClientRect(window, &client);
+    MapWindowPoints(window, nullptr, reinterpret_cast<POINT*>(&client), 2);
+    return box.left >= client.left && box.top >= client.top && box.right <= client.right &&
+           box.bottom <= client.bottom;
+}
+
 }  // namespace
 
 // --- the edge
@@ -248,6 +259,8 @@ LRESULT CALLBACK BasketWindowImpl::GridProcedure(HWND grid, UINT message, WPARAM
         SetFocus(impl->editor_->TextWindow());
         return 0;
     }
+    // an editor that goes uncovers cells, never the grid's border or scroll bars, which are dear
+    if (message == WM_NCPAINT && InsideClientArea(grid, wparam)) return 0;
     if (message == WM_NCDESTROY) RemoveWindowSubclass(grid, &BasketWindowImpl::GridProcedure, 0);
     const bool by_user =
         message == WM_KEYDOWN || message == WM_LBUTTONUP || message == FlexGridImplWin::kSendKey;
