@@ -11,5 +11,5 @@ add_library(peer_sqlite STATIC EXCLUDE_FROM_ALL ${sqlite_dir}/sqlite3.c ${sqlite
 target_include_directories(peer_sqlite SYSTEM PUBLIC ${sqlite_dir})
 # its quickest form: one thread, no counting of memory
 target_compile_definitions(peer_sqlite PRIVATE
-  SQLITE_THREADSAFE=0 SQLITE_DEFAULT_MEMSTATUS=0 SQLITE_OMIT_LOAD_EXTENSION)
+  SQLITE_THREADSAFE=0 SQLITE_DEFAULT_MEMSTATUS=0 SQLITE_OMIT_LOAD_EXTENSION SQLITE_DQS=0)
 target_compile_options(peer_sqlite PRIVATE -w -O2)

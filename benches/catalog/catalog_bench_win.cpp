@@ -131,7 +131,7 @@ void Opening() {
                     "about 1, beyond filling an id array (" + bench::Duration(fill) + ")");
 }
 
-#ifndef DEMOVEX_NO_SQLITE
+#ifndef SQLITE_MISSING
 class Sqlite {
   public:
     Sqlite(int count, bool letters, bool tuned) {
@@ -225,7 +225,7 @@ void LookingUp(int count, bool letters) {
     };
     ours(numbers.size())();  // warm
     if (hits != static_cast<int>(numbers.size())) std::puts("some were not found");
-#ifdef DEMOVEX_NO_SQLITE
+#ifdef SQLITE_MISSING
     bench::Measure("lookup, " + what, ours(20000), {.runs = 7, .operations = 20000, .bar = ""});
     bench::PrintRow("lookup, " + what, "", "SQLite's source could not be fetched", "", "");
 #else
