@@ -33,7 +33,7 @@ class HostOwner final : public IBasketOwner {
     void CallHost(F&& f) {
         const ComPtr<Client> client(client_);
         ComPtr<IVEXHost> host;
-        client->get_moParent(host.Out());
+        if (client) client->get_moParent(host.Out());
         if (!host) RaiseRuntimeError(runtime_error::kObjectNotSet);
         const HRESULT result = f(host.Get(), static_cast<_Client*>(client.Get()));
         if (FAILED(result)) RaiseFailedCall(result, host.Get(), IID_IVEXHost);
@@ -50,8 +50,11 @@ ComPtr<Client> Client::Create(ClientParts parts) {
 
 Client::Client(ClientParts parts)
     : parts_(std::move(parts)),
-      plug_in_({*parts_.text, *parts_.sound, parts_.folder,
-                [this] { return parts_.create_window(std::make_shared<HostOwner>(this)); }}) {}
+      plug_in_({*parts_.text, *parts_.sound, parts_.folder, [this] { return MakeWindow(); }}) {}
+
+std::shared_ptr<IClientWindow> Client::MakeWindow() {
+    return parts_.create_window(std::make_shared<HostOwner>(this));
+}
 
 HRESULT Client::QueryInterface(REFIID iid, void** object) noexcept {
     if (!object) return E_POINTER;

@@ -83,6 +83,8 @@ class Client final : public _Client,
     explicit Client(ClientParts parts);
     ~Client() = default;
 
+    std::shared_ptr<IClientWindow> MakeWindow();
+
     // Returns the text that `f` makes through `value`.
     template <typename F>
     HRESULT ReturnText(BSTR* value, F&& f) noexcept;

@@ -63,9 +63,9 @@ void RegistryClasses::SetString(std::wstring_view key, std::wstring_view name,
                             KEY_SET_VALUE, nullptr, open.Out(), nullptr));
     const std::wstring value_name(name);
     const std::wstring text(value);
-    const auto bytes = static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t));
+    const std::size_t bytes = (text.size() + 1) * sizeof(wchar_t);
     Require(RegSetValueExW(open.Get(), value_name.empty() ? nullptr : value_name.c_str(), 0, REG_SZ,
-                           reinterpret_cast<const BYTE*>(text.c_str()), bytes));
+                           reinterpret_cast<const BYTE*>(text.c_str()), static_cast<DWORD>(bytes)));
 }
 
 std::wstring RegistryClasses::GetString(std::wstring_view key, std::wstring_view name) const {

@@ -35,6 +35,8 @@ class Frame {
     bool ShowArticle(const std::wstring& number);
     // The number of the selected article; empty when none is.
     std::wstring SelectedArticle() const;
+    // Where the order link of the selected article stands on the screen.
+    POINT OrderLink() const;
     // Follows the selected article's order link.
     void OrderSelected();
     void Report(const std::wstring& what, const Outcome& outcome);

@@ -80,21 +80,21 @@ Outcome PlugInClient::OpenFile(const std::wstring& path) {
 
 Outcome PlugInClient::Caption(std::wstring& caption) {
     Text text;
-    const Outcome outcome = OutcomeOf(client_->get_Caption(text.Out()));
+    Outcome outcome = OutcomeOf(client_->get_Caption(text.Out()));
     caption = text.Copy();
     return outcome;
 }
 
 Outcome PlugInClient::Producer(std::wstring& producer) {
     Text text;
-    const Outcome outcome = OutcomeOf(client_->get_Producer(text.Out()));
+    Outcome outcome = OutcomeOf(client_->get_Producer(text.Out()));
     producer = text.Copy();
     return outcome;
 }
 
 Outcome PlugInClient::Description(std::wstring& description) {
     Text text;
-    const Outcome outcome = OutcomeOf(client_->get_Description(text.Out()));
+    Outcome outcome = OutcomeOf(client_->get_Description(text.Out()));
     description = text.Copy();
     return outcome;
 }

@@ -220,6 +220,31 @@ void ScriptRunner::CloseCurrent() {
     SendMessageW(basket, WM_CLOSE, 0, 0);
 }
 
+void ScriptRunner::SendInputTo(const std::wstring& number, bool click) {
+    if (!frame_.ShowArticle(number)) return Fail(L"no such article: " + number);
+    SetForegroundWindow(frame_.Handle());
+    SetWindowPos(frame_.Handle(), HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
+    SetFocus(frame_.Handle());
+    Settle();
+    std::array<INPUT, 2> input{};
+    if (click) {
+        const POINT place = frame_.OrderLink();
+        SetCursorPos(place.x, place.y);
+        for (INPUT& part : input) part.type = INPUT_MOUSE;
+        input[0].mi.dwFlags = MOUSEEVENTF_LEFTDOWN;
+        input[1].mi.dwFlags = MOUSEEVENTF_LEFTUP;
+    } else {
+        for (INPUT& part : input) {
+            part.type = INPUT_KEYBOARD;
+            part.ki.wVk = VK_RETURN;
+        }
+        input[1].ki.dwFlags = KEYEVENTF_KEYUP;
+    }
+    if (SendInput(static_cast<UINT>(input.size()), input.data(), sizeof(INPUT)) != input.size()) {
+        Fail(L"the system took no input");
+    }
+}
+
 bool ScriptRunner::RunWindowStep(const Step& step) {
     Session& session = frame_.Plugs();
     const std::wstring argument = step.arguments.empty() ? L"" : step.arguments[0];
@@ -230,6 +255,10 @@ bool ScriptRunner::RunWindowStep(const Step& step) {
         } else {
             SendMessageW(basket, WM_COMMAND, std::wcstoul(argument.c_str(), nullptr, 10), 0);
         }
+    } else if (step.name == L"show") {
+        if (!frame_.ShowArticle(argument)) Fail(L"no such article: " + argument);
+    } else if (step.name == L"click" || step.name == L"enter") {
+        SendInputTo(argument, step.name == L"click");
     } else if (step.name == L"position") {
         CheckEqual(step, frame_.SelectedArticle(), argument);
         return true;

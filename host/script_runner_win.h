@@ -56,6 +56,8 @@ class ScriptRunner {
     void DumpBasket(const std::wstring& path);
     void SavePictureOf(const std::wstring& name, const std::wstring& path);
     void CloseCurrent();
+    // Shows an article and sends it real input: a click on its link, or the Enter key.
+    void SendInputTo(const std::wstring& number, bool click);
     // Handles messages until none has come for a moment.
     void Settle();
 

@@ -62,7 +62,7 @@ Outcome Session::Initialize(Parent parent) {
         foreign = HostObject::Create(nullptr, false);
         object = foreign->Dispatch();
     }
-    const Outcome outcome = client->Initialize(object);
+    Outcome outcome = client->Initialize(object);
     if (!outcome.Failed()) {
         // the window that was not there before
         for (HWND window : Windows()) {
@@ -84,7 +84,7 @@ Outcome Session::NewBasket() {
 
 Outcome Session::Order(const Article& article, const std::wstring& group) {
     if (clients_.empty()) {
-        const Outcome outcome = NewBasket();
+        Outcome outcome = NewBasket();
         if (outcome.Failed()) return outcome;
     }
     return FollowLink(OrderLink(article.number), PositionAddress(article.number), group);

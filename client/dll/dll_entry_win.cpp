@@ -25,8 +25,9 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, void*) noexcept {
     return TRUE;
 }
 
+// The system's headers declare the next two without noexcept; neither lets anything out.
 extern "C" HRESULT STDMETHODCALLTYPE DllGetClassObject(REFCLSID class_id, REFIID iid,
-                                                       void** object) noexcept {
+                                                       void** object) {
     using namespace demovex;
     if (!object) return E_POINTER;
     *object = nullptr;
@@ -37,7 +38,7 @@ extern "C" HRESULT STDMETHODCALLTYPE DllGetClassObject(REFCLSID class_id, REFIID
     return FAILED(result) ? result : factory->QueryInterface(iid, object);
 }
 
-extern "C" HRESULT STDMETHODCALLTYPE DllCanUnloadNow() noexcept {
+extern "C" HRESULT STDMETHODCALLTYPE DllCanUnloadNow() {
     return demovex::ModuleLock::None() ? S_OK : S_FALSE;
 }
 

@@ -27,6 +27,13 @@ ok "the saved file, byte for byte" cmp "$here/korb.bsk" "$here/soll.bsk"
 host /basket /open "$win\\korb.bsk" /dump-basket "$win\\wieder.txt" /close /windows 0 /quit
 ok "the basket loaded again" cmp "$here/korb.txt" "$here/wieder.txt"
 
+# a person's hand: the first click opens a basket; Enter orders too; the basket shows where an article
+# stands in the catalogue
+host /click 4711 /click 4712 /enter 4712 /windows 1 /clients 1 /dump-basket "$win\\hand.txt" \
+  /show 1101 /position 1101 /command 301 /position 4712 /answer 7 /close /quit
+same "the basket made by hand" "$(cut -f 1,3 "$here/hand.txt" | tr -d '\r' | tr '\n' ' ')" \
+  $'ArtNr\tMenge 4711\t1 4712\t2 Gesamt\t '
+
 # a changed basket asks; cancel keeps it, no throws it away
 host /basket /follow 4711 /answer 2 /close /windows 1 /clients 1 /answer 7 /close /windows 0 \
   /clients 0 /unload 0 /quit
