@@ -136,9 +136,8 @@ LRESULT Frame::Notify(const NMHDR& header) {
             }
             return 0;
         case NM_DBLCLK:
-            if (reinterpret_cast<const NMITEMACTIVATE&>(header).iSubItem != kLinkColumn) {
-                OrderSelected();
-            }
+            // on a link it is the second of two quick clicks, anywhere else a wish to order
+            OrderSelected();
             return 0;
         case NM_RETURN:
             OrderSelected();
