@@ -46,7 +46,8 @@ class IBasketRows {
     // line total of an article row does not read as a number, 6 when a product or sum overflows.
     virtual void RecalculateTotals(std::int32_t row) = 0;
 
-    // Between these two, the totals row is written only once, at the end. EndLoading raises nothing.
+    // Between these two, the totals row is written only once, at the end. EndLoading raises
+    // nothing.
     virtual void BeginLoading() = 0;
     virtual void EndLoading() noexcept = 0;
 

@@ -11,10 +11,10 @@ std::shared_ptr<BasketWindow> BasketWindow::Create(HINSTANCE module,
     auto impl = std::make_shared<BasketWindowImpl>(module, std::move(owner), std::move(module_lock),
                                                    options);
     impl->Create();
-    return std::shared_ptr<BasketWindow>(new BasketWindow(std::move(impl)));
+    return std::shared_ptr<BasketWindow>(new BasketWindow(impl));
 }
 
-BasketWindow::BasketWindow(std::shared_ptr<BasketWindowImpl> impl) : impl_(std::move(impl)) {}
+BasketWindow::BasketWindow(const std::shared_ptr<BasketWindowImpl>& impl) : impl_(impl) {}
 
 BasketWindow::~BasketWindow() = default;
 

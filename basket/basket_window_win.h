@@ -67,7 +67,7 @@ class BasketWindow {
     bool Alive() const noexcept;
 
   private:
-    explicit BasketWindow(std::shared_ptr<BasketWindowImpl> impl);
+    explicit BasketWindow(const std::shared_ptr<BasketWindowImpl>& impl);
     std::weak_ptr<BasketWindowImpl> impl_;
 };
 

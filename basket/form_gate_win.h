@@ -12,6 +12,7 @@ class TestLibForm;
 class FormCall {
   public:
     template <class Callable>
+    // NOLINTNEXTLINE(bugprone-forwarding-reference-overload): the constraint leaves copying alone
     requires(!std::is_same_v<std::remove_cvref_t<Callable>, FormCall>) FormCall(Callable&& callable)
     noexcept  // NOLINT(google-explicit-constructor)
         : object_(const_cast<void*>(static_cast<const void*>(&callable))),

@@ -9,7 +9,7 @@
 namespace demovex {
 namespace {
 
-constexpr std::int32_t kAmountColumns[] = {column::kGesamtAts, column::kGesamtEuro};
+constexpr std::array<std::int32_t, 2> kAmountColumns = {column::kGesamtAts, column::kGesamtEuro};
 constexpr std::int64_t kBillion = 1'000'000'000;
 // Up to here every whole number of hundredths is a double of its own.
 constexpr double kLargestExact = 9007199254740992.0;
@@ -66,7 +66,7 @@ void Totals::AccountAmount(Sum& sum, std::wstring_view text, int sign) const {
 
 void Totals::Account(std::int32_t row, int sign) {
     if (!Counts(row)) return;
-    for (std::size_t i = 0; i < sums_.size(); ++i) {
+    for (std::size_t i = 0; i < kAmountColumns.size(); ++i) {
         AccountAmount(sums_[i], grid_.TextMatrix(row, kAmountColumns[i]), sign);
     }
 }
@@ -171,10 +171,10 @@ void Totals::WritePending() {
 void Totals::WriteTotalsRow() {
     pending_ = false;
     std::array<double, 2> values{};
-    for (std::size_t i = 0; i < sums_.size(); ++i) {
+    for (std::size_t i = 0; i < kAmountColumns.size(); ++i) {
         values[i] = sums_[i].Plain() ? sums_[i].Value() : Walk(kAmountColumns[i]);
     }
-    for (std::size_t i = 0; i < sums_.size(); ++i) {
+    for (std::size_t i = 0; i < kAmountColumns.size(); ++i) {
         SetCell(grid_.Rows() - 1, kAmountColumns[i],
                 values[i] == 0 ? std::wstring() : text_.FormatAmount(values[i]));
     }

@@ -35,7 +35,7 @@ std::wstring FolderOf(HINSTANCE module) {
 }  // namespace
 
 struct WindowServices::All {
-    All(HINSTANCE module, OwnerWindow owner)
+    All(HINSTANCE module, const OwnerWindow& owner)
         : clipboard(owner),
           messages(owner, kApplicationTitle),
           shell(owner),

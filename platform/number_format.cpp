@@ -177,11 +177,10 @@ std::optional<double> ReadShortNumber(std::wstring_view text, const NumberFormat
             integer = integer * 10 + static_cast<std::uint64_t>(c - L'0');
             ++digits;
             if (in_decimals) ++decimals;
-        } else if (in_decimals) {
-            return std::nullopt;
-        } else if (c == decimal) {
+        } else if (c == decimal && !in_decimals) {
             in_decimals = true;
-        } else if (c != thousands || digits == 0 || i + 1 == text.size() || !IsDigit(text[i + 1])) {
+        } else if (in_decimals || c != thousands || digits == 0 || i + 1 == text.size() ||
+                   !IsDigit(text[i + 1])) {
             return std::nullopt;
         }
     }
