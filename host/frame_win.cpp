@@ -135,10 +135,7 @@ LRESULT Frame::Notify(const NMHDR& header) {
                 OrderSelected();
             }
             return 0;
-        case NM_DBLCLK:
-            // on a link it is the second of two quick clicks, anywhere else a wish to order
-            OrderSelected();
-            return 0;
+        case NM_DBLCLK:  // on a link the second of two quick clicks, anywhere else a wish to order
         case NM_RETURN:
             OrderSelected();
             return 0;
