@@ -5,6 +5,7 @@
 
 #include "basket/basket_rooms.h"
 #include "basket/basket_window_impl_win.h"
+#include "basket/columns.h"
 #include "basket/window_ids.h"
 #include "dialogs/about_box_win.h"
 #include "dialogs/about_text.h"
@@ -12,9 +13,6 @@
 
 namespace demovex {
 namespace {
-
-// Distance from the grid's lower edge within which no editor opens.
-constexpr Twips kEditorMargin = 90;
 
 // Whether the region of a WM_NCPAINT (in screen coordinates; 1 is the whole window) touches nothing
 // but the client area.
@@ -277,7 +275,7 @@ void BasketWindowImpl::ShowWholeCell() {
     FlexGrid& grid = grid_->Grid();
     const std::int32_t row = grid.Row();
     if (row < 1 || row >= grid.Rows() - 1 || row != grid.RowSel() || grid.Col() != grid.ColSel() ||
-        row <= grid.TopRow() || grid.RowPos(row + 1) <= grid.Height() - kEditorMargin) {
+        row <= grid.TopRow() || grid.RowPos(row + 1) <= grid.Height() - kEdgeMargin) {
         return;
     }
     grid.SetTopRow(grid.TopRow() + 1);

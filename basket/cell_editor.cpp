@@ -10,8 +10,6 @@
 namespace demovex {
 namespace {
 
-// A cell that runs under the grid's border or scroll bar is not edited.
-constexpr Twips kEdgeMargin = 90;
 // The text box inside the cell.
 constexpr Twips kTextLeft = 45;
 constexpr Twips kTextTop = 15;

@@ -41,6 +41,10 @@ inline constexpr std::array<ColumnRow, column::kCount> kColumns = {{
     {L"Ges. EURO", 1135},
 }};
 
+// A cell that comes nearer than this to the grid's right or lower edge runs under its border or
+// scroll bar and is not edited.
+inline constexpr Twips kEdgeMargin = 90;
+
 // Longest description that can be typed, in characters.
 inline constexpr std::int32_t kMaxBezeichnung = 25;
 

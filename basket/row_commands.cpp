@@ -16,6 +16,22 @@ RowCommands::Selection RowCommands::SelectedRows() const {
 
 void RowCommands::AppendEmptyRow() {
     rows_.AddArtikel(L"", L"", L"", 1);
+    BringRowIntoView();
+}
+
+// Code that makes a cell current does not scroll the grid, and a cell out of view is not edited: a
+// row asked for beyond the window's lower edge would swallow what is typed next.
+void RowCommands::BringRowIntoView() {
+    const std::int32_t row = grid_.Row();
+    if (row < grid_.TopRow()) grid_.SetTopRow(row);
+    while (grid_.TopRow() < row) {
+        const Twips beyond = grid_.RowPos(row + 1) - (grid_.Height() - kEdgeMargin);
+        const std::int32_t top = grid_.TopRow();
+        if (beyond <= 0) return;
+        const Twips height = std::max(grid_.RowHeight(row), Twips{1});
+        grid_.SetTopRow(std::min(row, top + (beyond + height - 1) / height));
+        if (grid_.TopRow() == top) return;  // as far as it goes
+    }
 }
 
 void RowCommands::mnuEditNeueZeile_Click() {

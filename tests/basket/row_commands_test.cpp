@@ -57,6 +57,26 @@ TEST_F(RowCommands, AppendingAddsAnEmptyRowWithTheEditorOnItsDescription) {
     EXPECT_TRUE(basket.form.Modified());
 }
 
+TEST_F(RowCommands, AppendingBelowTheWindowsEdgeScrollsAndOpensTheEditorOnTheNewRow) {
+    Fill(200);  // the fixture's grid shows about two dozen rows
+    for (std::int32_t row = 201; row <= 203; ++row) {
+        Run(Command::mnuEditNeueZeile);
+        EXPECT_EQ(basket.grid.Row(), row);
+        EXPECT_GT(basket.grid.TopRow(), 170);
+        EXPECT_LE(basket.grid.TopRow(), row);
+        EXPECT_TRUE(basket.view.EditorOpen()) << basket.AsText();
+        EXPECT_EQ(basket.form.State().EditRow, row);
+        EXPECT_EQ(basket.form.State().EditCol, column::kBezeichnung);
+    }
+}
+
+TEST_F(RowCommands, AppendingInViewDoesNotScroll) {
+    Fill(3);
+    Run(Command::mnuEditNeueZeile);
+    EXPECT_EQ(basket.grid.TopRow(), 1);
+    EXPECT_TRUE(basket.view.EditorOpen()) << basket.AsText();
+}
+
 TEST_F(RowCommands, AppendingKeepsWhatIsBeingTyped) {
     Fill(2);
     basket.Click(1, column::kBezeichnung);
