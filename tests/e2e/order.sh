@@ -69,6 +69,31 @@ contains "the error names the file" "$(cat "$here/host.log")" \
   "Artikelstamm::OpenFile: Artikelstamm ($win\\artikel.db) kann nicht geladen werden: Datei nicht gefunden"
 mv "$here/weg.db" "$here/artikel.db"
 
+# printing where no printer is installed says so and changes nothing
+host /basket /follow 4711 /dump-basket "$win\\vor.txt" /answer 1 /command 108 \
+  /dump-basket "$win\\nach.txt" /answer 7 /close /quit
+contains "no printer" "$(cat "$here/host.log")" \
+  "Der Warenkorb kann nicht gedruckt werden da kein Drucker installiert ist."
+ok "the basket after printing" cmp "$here/vor.txt" "$here/nach.txt"
+
+# the view settings in the real registry: shown by default, only the exact text "True" counts,
+# switching is kept when the window closes
+settings='HKCU\Software\VB and VBA Program Settings\DemoVexClient\View'
+setting() {
+  timeout 60 wine reg query "$settings" /v "$1" 2> /dev/null 8>&- < /dev/null | tr -d '\r' |
+    awk '$2 == "REG_SZ" { print $3 }'
+}
+timeout 60 wine reg delete "$settings" /f > /dev/null 2>&1 8>&- < /dev/null
+host /basket /close /quit
+same "the toolbar by default" "$(setting Toolbarvisible)" True
+same "the status bar by default" "$(setting Statusbarvisible)" True
+ok "reg add" timeout 60 wine reg add "$settings" /v Toolbarvisible /d true /f
+host /basket /close /quit
+same "a toolbar set to a lower-case text is hidden" "$(setting Toolbarvisible)" False
+host /basket /command 308 /command 309 /close /quit
+same "the toolbar switched on" "$(setting Toolbarvisible)" True
+same "the status bar switched off" "$(setting Statusbarvisible)" False
+
 # without its sound
 rm -f "$here/Order.wav"
 host /basket /follow 4711 /answer 7 /close /quit
