@@ -23,4 +23,21 @@ for preset in native-release win32; do
     [ "${PIPESTATUS[0]}" = 0 ] || { echo "(ended with an error)"; status=1; }
   done < "$list"
 done
+
+# the component as a file; what it imports is checked in ./test
+if [ $# = 0 ]; then
+  dll=build/win32/bin/DemoVexClient.dll
+  stripped=build/win32/size.dll
+  if i686-w64-mingw32-strip -o "$stripped" "$dll"; then
+    modules=$(i686-w64-mingw32-objdump -p "$stripped" | grep -c 'DLL Name:')
+    echo
+    echo "[DemoVexClient.dll]"
+    { echo 'what | ours | bar'
+      echo "size, stripped | $(stat -c %s "$stripped") bytes | below 1,000,000 bytes"
+      echo "imported modules | $modules | Windows' own only"
+    } | column -t -s'|' -o' | '
+  else
+    status=1
+  fi
+fi
 exit $status
