@@ -60,8 +60,10 @@ int WinTextService::CompareText(std::wstring_view a, std::wstring_view b) const 
         return order < 0 ? -1 : order > 0 ? 1 : 0;
     }
     if (a == b) return 0;
-    const int result = CompareStringW(LOCALE_USER_DEFAULT, NORM_IGNORECASE, a.data(),
-                                      Length(a.size()), b.data(), Length(b.size()));
+    // the system refuses a null pointer, also for a text of no characters
+    const int result =
+        CompareStringW(LOCALE_USER_DEFAULT, NORM_IGNORECASE, a.empty() ? L"" : a.data(),
+                       Length(a.size()), b.empty() ? L"" : b.data(), Length(b.size()));
     if (result == 0) RaiseRuntimeError(runtime_error::kInvalidProcedureCall);
     return result - CSTR_EQUAL;
 }

@@ -194,6 +194,10 @@ TEST_F(WinText, ReadsUnusualNumbersAndRefusesWhatIsNone) {
 TEST_F(WinText, ComparesAsTheUsersCollationWithoutCase) {
     EXPECT_EQ(text.CompareText(L"", L""), 0);
     EXPECT_EQ(text.CompareText(L"", L"a"), -1);
+    // an empty text need not lie anywhere in memory
+    EXPECT_EQ(text.CompareText(std::wstring_view(), L"a"), -1);
+    EXPECT_EQ(text.CompareText(L"a", std::wstring_view()), 1);
+    EXPECT_EQ(text.CompareText(std::wstring_view(), std::wstring_view()), 0);
     EXPECT_EQ(text.CompareText(L"abc", L"ABC"), 0);
     EXPECT_EQ(text.CompareText(L"\u00E4pfel", L"\u00C4PFEL"), 0);
     EXPECT_EQ(text.CompareText(L"a", L"\u00E4"), -1);

@@ -1,5 +1,8 @@
 // A basket with its file rooms over real files in a temporary folder, without a window: real rows
 // and totals, a plain grid, recording services, and a file system that fails where a test says.
+//
+// With DEMOVEX_REAL_FILES defined (Windows only, a German user's locale) the files are read and
+// written by the component's own file system, and texts converted by its own text service.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -24,8 +27,14 @@
 #include "tests/support/fake_text_service.h"
 #include "tests/support/faulty_file_system.h"
 #include "tests/support/raised.h"
-#include "tests/support/std_file_system.h"
 #include "tests/support/temp_folder.h"
+
+#ifdef DEMOVEX_REAL_FILES
+#include "platform/files_win.h"
+#include "platform/text_win.h"
+#else
+#include "tests/support/std_file_system.h"
+#endif
 
 namespace demovex {
 
@@ -72,9 +81,14 @@ class FakeCellCommit final : public ICellCommit {
 
 struct FilesFixture {
     TempFolder folder;
+#ifdef DEMOVEX_REAL_FILES
+    WinFileSystem disk;
+    WinTextService text;
+#else
     StdFileSystem disk;
-    FaultyFileSystem files{disk};
     FakeTextService text{FakeLocale::kGermany};
+#endif
+    FaultyFileSystem files{disk};
     FakeSettings settings;
     FakeClipboard clipboard;
     FakeMessageBox messages;
@@ -114,8 +128,12 @@ struct FilesFixture {
         for (std::int32_t row = 1; row < grid.Rows(); ++row) texts.push_back(Cell(row, col));
         return texts;
     }
-    std::vector<std::wstring> ArticleNumbers() const { return Column(column::kArtNr); }
-    std::vector<std::wstring> Quantities() const { return Column(column::kMenge); }
+    std::vector<std::wstring> ArticleNumbers() const {
+        return Column(column::kArtNr);
+    }
+    std::vector<std::wstring> Quantities() const {
+        return Column(column::kMenge);
+    }
 
     // A basket file with the header and these lines.
     std::wstring PutBasket(std::wstring_view name, std::string_view lines) const {
@@ -135,7 +153,9 @@ struct FilesFixture {
     std::wstring LoadErrorOf(const std::wstring& path, std::wstring_view cause) const {
         return L"Datei '" + path + L"' kann nicht geöffnet werden: " + std::wstring(cause);
     }
-    const FakeMessageBox::Shown& LastMessage() const { return messages.shown.back(); }
+    const FakeMessageBox::Shown& LastMessage() const {
+        return messages.shown.back();
+    }
 };
 
 }  // namespace demovex
