@@ -60,15 +60,17 @@ class BasketWindowFixture {
   public:
     static constexpr std::wstring_view kFolder = L"C:\\Basket";
 
+    // `others` stand in for the recording services; they outlive the fixture.
     explicit BasketWindowFixture(HostLoop host_loop = HostLoop::kBare, int dpi = 0,
-                                 bool show = true)
+                                 bool show = true, Services* others = nullptr)
         : services{text,  files, settings, clipboard,    messages,
                    sound, shell, printer,  file_dialogs, std::wstring(kFolder)},
           owner(std::make_shared<FakeBasketOwner>()),
           loop_(host_loop) {
         files.AddFolder(std::wstring(kFolder));
         files.Put(std::wstring(kFolder) + L"\\artikel.db", ArticleFile(TestArticles()));
-        window = BasketWindow::Create(GetModuleHandleW(nullptr), owner, {}, {&services, dpi});
+        window = BasketWindow::Create(GetModuleHandleW(nullptr), owner, {},
+                                      {others != nullptr ? others : &services, dpi});
         if (!show) return;
         window->Initialize();
         window->Show();
