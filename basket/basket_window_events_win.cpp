@@ -9,23 +9,8 @@
 #include "basket/window_ids.h"
 #include "dialogs/about_box_win.h"
 #include "dialogs/about_text.h"
-#include "grid/flex_grid_impl_win.h"
 
 namespace demovex {
-namespace {
-
-// Whether the region of a WM_NCPAINT (in screen coordinates; 1 is the whole window) touches nothing
-// but the client area.
-bool InsideClientArea(HWND window, WPARAM region) noexcept {
-    RECT box{}, client{};
-    if (region <= 1 || GetRgnBox(reinterpret_cast<HRGN>(region), &box) == 0) return false;
-    GetClientRect(window, &client);
-    MapWindowPoints(window, nullptr, reinterpret_cast<POINT*>(&client), 2);
-    return box.left >= client.left && box.top >= client.top && box.right <= client.right &&
-           box.bottom <= client.bottom;
-}
-
-}  // namespace
 
 // --- the edge
 
@@ -248,25 +233,14 @@ void BasketWindowImpl::DblClick() {
 
 // Tab goes from the grid to the open editor, as it goes from there to the grid; and what the user
 // makes current is scrolled so far into view that the editor opens on it.
-LRESULT CALLBACK BasketWindowImpl::GridProcedure(HWND grid, UINT message, WPARAM wparam,
-                                                 LPARAM lparam, UINT_PTR, DWORD_PTR data) noexcept {
-    auto* impl = reinterpret_cast<BasketWindowImpl*>(data);
-    const auto keep = impl->KeepAlive();
-    if (message == WM_KEYDOWN && wparam == VK_TAB && impl->editor_ &&
-        impl->editor_->BackgroundVisible()) {
-        SetFocus(impl->editor_->TextWindow());
-        return 0;
-    }
-    // an editor that goes uncovers cells, never the grid's border or scroll bars, which are dear
-    if (message == WM_NCPAINT && InsideClientArea(grid, wparam)) return 0;
-    if (message == WM_NCDESTROY) RemoveWindowSubclass(grid, &BasketWindowImpl::GridProcedure, 0);
-    const bool by_user =
-        message == WM_KEYDOWN || message == WM_LBUTTONUP || message == FlexGridImplWin::kSendKey;
-    const LRESULT result = DefSubclassProc(grid, message, wparam, lparam);
-    if (by_user) {
-        impl->Forward([&](TestLibForm&) { impl->ShowWholeCell(); });
-    }
-    return result;
+bool BasketWindowImpl::TabPressed() {
+    if (!editor_ || !editor_->BackgroundVisible()) return false;
+    SetFocus(editor_->TextWindow());
+    return true;
+}
+
+void BasketWindowImpl::UserActed() {
+    Forward([&](TestLibForm&) { ShowWholeCell(); });
 }
 
 // The editor opens on cells that end well above the grid's lower edge; a cell that the grid has

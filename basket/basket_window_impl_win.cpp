@@ -149,8 +149,6 @@ void BasketWindowImpl::CreateControls() {
     grid_->SetEvents(this);
     grid_->Grid().SetEvents(this);
     ShowWindow(grid_->Handle(), SW_SHOWNA);
-    SetWindowSubclass(grid_->Handle(), &BasketWindowImpl::GridProcedure, 0,
-                      reinterpret_cast<DWORD_PTR>(this));
     editor_ = std::make_unique<WindowEditor>(
         WindowEditor::Settings{window_, module_, scale_, font_.get()}, *this, [this] {
             const FlexGrid& grid = grid_->Grid();

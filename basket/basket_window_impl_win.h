@@ -78,10 +78,11 @@ class BasketWindowImpl final : public std::enable_shared_from_this<BasketWindowI
     // IFlexGridControlEvents
     void MouseUp(int button, int shift, Twips x, Twips y) override;
     void DblClick() override;
+    bool TabPressed() override;
+    void UserActed() override;
     void Failed(const Error& error) noexcept override { ShowError(error.description()); }
 
     static LRESULT CALLBACK Procedure(HWND, UINT, WPARAM, LPARAM) noexcept;
-    static LRESULT CALLBACK GridProcedure(HWND, UINT, WPARAM, LPARAM, UINT_PTR, DWORD_PTR) noexcept;
     LRESULT OnMessage(UINT message, WPARAM wparam, LPARAM lparam);
     bool OnCommand(WPARAM wparam, LPARAM lparam);
     void OnSize(WPARAM kind);

@@ -26,11 +26,12 @@ void SetVisible(HWND window, bool visible) noexcept {
                      (visible ? SWP_SHOWWINDOW : SWP_HIDEWINDOW));
 }
 
-void Place(HWND window, const RECT& rect) noexcept {
-    SetWindowPos(window, nullptr, rect.left, rect.top,
+// `flags` are added to those of a window that moves where it is.
+void Place(HWND window, const RECT& rect, UINT flags = SWP_NOZORDER) noexcept {
+    SetWindowPos(window, HWND_TOP, rect.left, rect.top,
                  std::max(0, static_cast<int>(rect.right - rect.left)),
                  std::max(0, static_cast<int>(rect.bottom - rect.top)),
-                 SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOCOPYBITS);
+                 flags | SWP_NOACTIVATE | SWP_NOCOPYBITS);
 }
 
 std::wstring WindowText(HWND window) {
@@ -95,7 +96,7 @@ WindowEditor::WindowEditor(const Settings& settings, IFormGate& gate,
         SendMessageW(text, WM_SETFONT, reinterpret_cast<WPARAM>(settings.font), FALSE);
         const int right = alignment == ES_RIGHT ? scale_.ToPixels(kTextMargin) : 0;
         SendMessageW(text, EM_SETMARGINS, EC_LEFTMARGIN | EC_RIGHTMARGIN, MAKELPARAM(0, right));
-        SetWindowSubclass(text, &WindowEditor::TextProc, 0, reinterpret_cast<DWORD_PTR>(this));
+        text_proc_ = Subclass(text, &WindowEditor::TextProc);
     }
     button_ =
         CreateChild(background_, settings.module, kPictureBoxClass, child_id::kIPComboButton, 0);
@@ -104,21 +105,38 @@ WindowEditor::WindowEditor(const Settings& settings, IFormGate& gate,
                         WS_BORDER | WS_VSCROLL | LBS_NOINTEGRALHEIGHT);
     SendMessageW(list_, WM_SETFONT, reinterpret_cast<WPARAM>(settings.font), FALSE);
     SendMessageW(list_, LB_SETITEMHEIGHT, 0, scale_.ToPixels(kListRow));
-    SetWindowSubclass(list_, &WindowEditor::ListProc, 0, reinterpret_cast<DWORD_PTR>(this));
+    list_proc_ = Subclass(list_, &WindowEditor::ListProc);
+}
+
+WNDPROC WindowEditor::Subclass(HWND window, WNDPROC procedure) {
+    SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+    return reinterpret_cast<WNDPROC>(
+        SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(procedure)));
+}
+
+WindowEditor& WindowEditor::Of(HWND window) noexcept {
+    return *reinterpret_cast<WindowEditor*>(GetWindowLongPtrW(window, GWLP_USERDATA));
 }
 
 WindowEditor::~WindowEditor() {
     // the windows, should they outlive this object, must not reach it any more
     if (gone_) return;
     for (HWND window : {background_, button_}) SetWindowLongPtrW(window, GWLP_USERDATA, 0);
-    for (HWND text : text_) RemoveWindowSubclass(text, &WindowEditor::TextProc, 0);
-    RemoveWindowSubclass(list_, &WindowEditor::ListProc, 0);
+    const auto give_back = [](HWND window, WNDPROC procedure) {
+        SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(procedure));
+    };
+    for (HWND text : text_) give_back(text, text_proc_);
+    give_back(list_, list_proc_);
 }
 
 // --- IPBackground
 
+// The system is told the least it can be: each change of a window costs it many steps, and the
+// editor moves with every key.
+
 void WindowEditor::MoveBackground(const TwipsRect& rect) {
-    Place(background_, ToPixels(scale_, rect));
+    background_rect_ = ToPixels(scale_, rect);
+    if (background_visible_) Place(background_, background_rect_);
 }
 
 void WindowEditor::ShowBackground(bool visible) {
@@ -129,8 +147,7 @@ void WindowEditor::ShowBackground(bool visible) {
     }
     background_visible_ = visible;
     if (visible) {
-        SetWindowPos(background_, HWND_TOP, 0, 0, 0, 0,
-                     SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE | SWP_SHOWWINDOW);
+        Place(background_, background_rect_, SWP_SHOWWINDOW);
     } else {
         SetVisible(background_, false);
     }
@@ -144,16 +161,24 @@ void WindowEditor::MoveText(const TwipsRect& rect) {
         // the other text box becomes IPText, with the same text
         const std::wstring text = Text();
         SetVisible(TextWindow(), false);
+        text_visible_ = false;
         right_ = right;
         setting_text_ = true;
         SetWindowTextW(TextWindow(), text.c_str());
         setting_text_ = false;
         SetMaxLength(max_length_);
     }
-    Place(TextWindow(), ToPixels(scale_, rect));
+    const RECT pixels = ToPixels(scale_, rect);
+    RECT& placed = text_rect_[right_ ? 1 : 0];
+    if (EqualRect(&pixels, &placed)) return;
+    Place(TextWindow(), pixels);
+    placed = pixels;
 }
 
 void WindowEditor::ShowText() {
+    if (text_visible_) return;
+    text_visible_ = true;
+    // the first of the two in the order of windows is the one that IPText's number names
     SetWindowPos(TextWindow(), HWND_TOP, 0, 0, 0, 0,
                  SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE | SWP_SHOWWINDOW);
 }
@@ -223,6 +248,7 @@ void WindowEditor::MoveComboButton(const TwipsRect& rect) {
 }
 
 void WindowEditor::ShowComboButton(bool visible) {
+    if (button_visible_ == visible) return;
     button_visible_ = visible;
     SetVisible(button_, visible);
 }
@@ -303,21 +329,28 @@ void WindowEditor::EnableSetFocusTimer(bool enabled) {
     if (enabled == timer_enabled_) return;
     timer_enabled_ = enabled;
     if (!enabled) {
-        KillTimer(parent_, window_timer::kSetFocusTimer);
+        if (ticking_) KillTimer(parent_, window_timer::kSetFocusTimer);
+        ticking_ = false;
         return;
     }
     // The first tick must come before the user's next key, and posted messages go before input,
-    // while those of a timer come last.
-    SetTimer(parent_, window_timer::kSetFocusTimer, kTickMilliseconds, nullptr);
+    // while those of a timer come last. The system's timer is for those after it.
     if (!tick_posted_) {
         tick_posted_ = PostMessageW(parent_, window_message::kSetFocusTimer, 0, 0) != 0;
+        if (!tick_posted_) Tick();
     }
+}
+
+void WindowEditor::Tick() noexcept {
+    if (ticking_) return;
+    ticking_ = SetTimer(parent_, window_timer::kSetFocusTimer, kTickMilliseconds, nullptr) != 0;
 }
 
 void WindowEditor::OnSetFocusTimer() noexcept {
     tick_posted_ = false;
     if (!timer_enabled_) return;
     gate_.Forward([](TestLibForm& form) { form.SetFocusTimer_Timer(); });
+    if (timer_enabled_ && !gone_) Tick();
 }
 
 // --- procedures
@@ -372,13 +405,13 @@ LRESULT WindowEditor::OnPictureMessage(HWND window, UINT message, WPARAM wparam,
     }
 }
 
-LRESULT CALLBACK WindowEditor::TextProc(HWND window, UINT message, WPARAM wparam, LPARAM lparam,
-                                        UINT_PTR, DWORD_PTR data) noexcept {
-    auto* editor = reinterpret_cast<WindowEditor*>(data);
-    const auto keep = editor->gate_.KeepAlive();
-    if (editor->OnTextMessage(window, message, wparam, lparam)) return 0;
+LRESULT CALLBACK WindowEditor::TextProc(HWND window, UINT message, WPARAM wparam,
+                                        LPARAM lparam) noexcept {
+    WindowEditor& editor = Of(window);
+    const auto keep = editor.gate_.KeepAlive();
+    if (editor.OnTextMessage(window, message, wparam, lparam)) return 0;
     if (!IsWindow(window)) return 0;
-    const LRESULT result = DefSubclassProc(window, message, wparam, lparam);
+    const LRESULT result = CallWindowProcW(editor.text_proc_, window, message, wparam, lparam);
     // in every host the editor gets all keys
     return message == WM_GETDLGCODE ? result | DLGC_WANTALLKEYS : result;
 }
@@ -393,7 +426,8 @@ bool WindowEditor::OnTextMessage(HWND window, UINT message, WPARAM wparam, LPARA
             gate_.Forward([&](TestLibForm& form) { form.IPText_KeyPress(character); });
             if (character == 0 || !TextBoxKnows(static_cast<wchar_t>(character))) return true;
             if (character != static_cast<int>(wparam) && IsWindow(window)) {
-                DefSubclassProc(window, message, static_cast<WPARAM>(character), lparam);
+                CallWindowProcW(text_proc_, window, message, static_cast<WPARAM>(character),
+                                lparam);
                 return true;
             }
             return false;
@@ -428,13 +462,13 @@ bool WindowEditor::OnTextKey(WPARAM key, LPARAM) {
     return false;
 }
 
-LRESULT CALLBACK WindowEditor::ListProc(HWND window, UINT message, WPARAM wparam, LPARAM lparam,
-                                        UINT_PTR, DWORD_PTR data) noexcept {
-    auto* editor = reinterpret_cast<WindowEditor*>(data);
-    const auto keep = editor->gate_.KeepAlive();
-    if (editor->OnListMessage(message, wparam, lparam)) return 0;
+LRESULT CALLBACK WindowEditor::ListProc(HWND window, UINT message, WPARAM wparam,
+                                        LPARAM lparam) noexcept {
+    WindowEditor& editor = Of(window);
+    const auto keep = editor.gate_.KeepAlive();
+    if (editor.OnListMessage(message, wparam, lparam)) return 0;
     if (!IsWindow(window)) return 0;
-    const LRESULT result = DefSubclassProc(window, message, wparam, lparam);
+    const LRESULT result = CallWindowProcW(editor.list_proc_, window, message, wparam, lparam);
     return message == WM_GETDLGCODE ? result | DLGC_WANTALLKEYS : result;
 }
 

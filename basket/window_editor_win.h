@@ -84,8 +84,12 @@ class WindowEditor final : public IEditorView {
 
   private:
     static LRESULT CALLBACK PictureProc(HWND, UINT, WPARAM, LPARAM) noexcept;
-    static LRESULT CALLBACK TextProc(HWND, UINT, WPARAM, LPARAM, UINT_PTR, DWORD_PTR) noexcept;
-    static LRESULT CALLBACK ListProc(HWND, UINT, WPARAM, LPARAM, UINT_PTR, DWORD_PTR) noexcept;
+    static LRESULT CALLBACK TextProc(HWND, UINT, WPARAM, LPARAM) noexcept;
+    static LRESULT CALLBACK ListProc(HWND, UINT, WPARAM, LPARAM) noexcept;
+    // Puts a procedure before the window's own, which it answers. The common controls' service for
+    // this looks a property of the window up with each message, twice.
+    WNDPROC Subclass(HWND window, WNDPROC procedure);
+    static WindowEditor& Of(HWND window) noexcept;
     // Each answers whether the message was used up.
     bool OnTextMessage(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
     bool OnTextKey(WPARAM key, LPARAM lparam);
@@ -93,6 +97,7 @@ class WindowEditor final : public IEditorView {
     LRESULT OnPictureMessage(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
     void PaintButton(HDC dc) const;
     void OnTextChanged();
+    void Tick() noexcept;
     bool ParentActive() const noexcept;
 
     HWND parent_;
@@ -104,16 +109,22 @@ class WindowEditor final : public IEditorView {
     HWND text_[2] = {nullptr, nullptr};  // left- and right-aligned
     HWND button_ = nullptr;
     HWND list_ = nullptr;
+    WNDPROC text_proc_ = nullptr;  // of the system's text box and list box
+    WNDPROC list_proc_ = nullptr;
+    RECT background_rect_{};  // where it is, or goes when it is shown
+    RECT text_rect_[2]{};     // where the text boxes are
     std::int32_t max_length_ = 0;
     bool gone_ = false;  // the windows are destroyed
     bool right_ = false;
     bool background_visible_ = false;
+    bool text_visible_ = false;
     bool button_visible_ = false;
     bool button_pressed_ = false;
     bool list_visible_ = false;
     bool setting_text_ = false;
     bool timer_enabled_ = false;
     bool tick_posted_ = false;
+    bool ticking_ = false;  // the system's timer runs
 };
 
 }  // namespace demovex

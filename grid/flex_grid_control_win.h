@@ -64,6 +64,11 @@ class IFlexGridControlEvents {
     virtual void MouseUp(int button, int shift, Twips x, Twips y) = 0;
     // The left button was pressed twice on a cell that is not fixed.
     virtual void DblClick() = 0;
+    // Tab reached the grid, which has no use for it. Answers whether it is used up.
+    virtual bool TabPressed() = 0;
+    // The user's key or released left button, or a keystroke of SendKey, has been dealt with,
+    // whether or not it has moved the current cell.
+    virtual void UserActed() = 0;
     // An error that reached the window procedure.
     virtual void Failed(const Error& error) noexcept = 0;
 };

@@ -20,6 +20,17 @@ bool Down(int key) {
     return GetKeyState(key) < 0;
 }
 
+// Whether the region of a WM_NCPAINT (in screen coordinates; 1 is the whole window) touches nothing
+// but the client area.
+bool InsideClientArea(HWND window, WPARAM region) noexcept {
+    RECT box{}, client{};
+    if (region <= 1 || GetRgnBox(reinterpret_cast<HRGN>(region), &box) == 0) return false;
+    GetClientRect(window, &client);
+    MapWindowPoints(window, nullptr, reinterpret_cast<POINT*>(&client), 2);
+    return box.left >= client.left && box.top >= client.top && box.right <= client.right &&
+           box.bottom <= client.bottom;
+}
+
 }  // namespace
 
 FlexGridImplWin::FlexGridImplWin(Scale scale, const ITextService& text)
@@ -276,12 +287,20 @@ LRESULT FlexGridImplWin::Handle(UINT message, WPARAM wparam, LPARAM lparam) {
         case WM_KILLFOCUS:
             grid.SetFocused(false);
             return 0;
-        case WM_KEYDOWN:
-            if (KeyDown(wparam)) return 0;
+        case WM_NCPAINT:
+            // a window that leaves from above the grid uncovers cells, never the border or the
+            // scroll bars, which are dear
+            if (InsideClientArea(handle, wparam)) return 0;
             break;
+        case WM_KEYDOWN:
+            if (wparam == VK_TAB && events != nullptr && events->TabPressed()) return 0;
+            if (!KeyDown(wparam)) break;
+            if (events != nullptr) events->UserActed();
+            return 0;
         case kSendKey:
             if (wparam <= static_cast<WPARAM>(GridKey::kEnd)) {
                 grid.Key(static_cast<GridKey>(wparam), false, false);
+                if (events != nullptr) events->UserActed();
             }
             return 0;
         case WM_TIMER:

@@ -78,6 +78,7 @@ bool FlexGridImplWin::HandleMouse(UINT message, WPARAM wparam, LPARAM lparam) {
                 events->MouseUp(ButtonOf(message), ShiftState(), scale.ToTwips(x + border),
                                 scale.ToTwips(y + border));
             }
+            if (message == WM_LBUTTONUP && events != nullptr) events->UserActed();
             return true;  // a right button's release makes no WM_CONTEXTMENU
         }
         case WM_CAPTURECHANGED:

@@ -3,6 +3,8 @@
 #include <windows.h>
 
 #include <cstdio>
+#include <cstdlib>
+#include <string_view>
 
 #include "benches/bench.h"
 #include "tests/support/basket_window_win.h"
@@ -82,7 +84,19 @@ void ShortAgainstLong(const char* what, void (Filled::*act)(), double operations
 
 }  // namespace
 
-int main() {
+// Two arguments, the number of times and what to do ("key" or "commit"), do just that: for those
+// who count the system calls.
+int main(int argc, char** argv) {
+    if (argc == 3) {
+        Filled small(10);
+        SetForegroundWindow(small.basket.Handle());
+        small.basket.Pump();
+        const bool key = std::string_view(argv[2]) == "key";
+        for (int i = std::atoi(argv[1]); i > 0; --i) {
+            key ? small.Key(i % 2 == 0 ? VK_DOWN : VK_UP) : small.CommitQuantity();
+        }
+        return 0;
+    }
     {
         BasketWindowFixture parts(HostLoop::kBare, 0, false);
         bench::Measure("create to visible window",

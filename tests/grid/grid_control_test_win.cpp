@@ -280,6 +280,30 @@ TEST_F(GridControl, ADoublePressOnACellIsReportedOnAHeaderNot) {
     EXPECT_EQ(w.mouse.Take(), "");
 }
 
+TEST_F(GridControl, TabIsHandedToTheListenerAndMovesNothing) {
+    w.Send(WM_KEYDOWN, VK_TAB);
+    EXPECT_EQ(w.mouse.Take(), "Tab");
+    EXPECT_EQ(At(), "1,1:1,1");
+    EXPECT_EQ(w.mouse.acts, 0);
+}
+
+TEST_F(GridControl, KeysSentKeysAndClicksTellWhenTheCellHasMoved) {
+    std::string at;
+    w.mouse.on_act = [&] { at = At(); };
+    w.Send(WM_KEYDOWN, VK_DOWN);
+    EXPECT_EQ(at, "2,1:2,1");
+    w.control->SendKey(GridKey::kRight);
+    PumpMessages();
+    EXPECT_EQ(at, "2,2:2,2");
+    Click(5, 3);
+    EXPECT_EQ(at, "5,3:5,3");
+    EXPECT_EQ(w.mouse.acts, 3);
+    w.Send(WM_KEYDOWN, VK_F5);
+    w.Send(WM_MOUSEWHEEL, MAKEWPARAM(0, -WHEEL_DELTA), 0);
+    EXPECT_EQ(w.mouse.acts, 3);
+    w.mouse.on_act = nullptr;
+}
+
 TEST_F(GridControl, TheWheelScrollsRowsByTheUsersSetting) {
     UINT lines = 0;
     SystemParametersInfoW(SPI_GETWHEELSCROLLLINES, 0, &lines, 0);

@@ -4,6 +4,7 @@
 
 #include <windows.h>
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -22,6 +23,15 @@ class GridMouseLog : public IFlexGridControlEvents {
                       std::to_string(x) + "," + std::to_string(y) + ")");
     }
     void DblClick() override { log.push_back("DblClick"); }
+    bool TabPressed() override {
+        log.push_back("Tab");
+        return true;
+    }
+    // Counted only: where the cell was by then is what matters.
+    void UserActed() override {
+        ++acts;
+        if (on_act) on_act();
+    }
     void Failed(const Error& error) noexcept override {
         log.push_back("Failed(" + std::to_string(error.number()) + ")");
     }
@@ -32,6 +42,8 @@ class GridMouseLog : public IFlexGridControlEvents {
         return all;
     }
     std::vector<std::string> log;
+    int acts = 0;
+    std::function<void()> on_act;
 };
 
 class GridWindow {
