@@ -29,6 +29,8 @@ const std::vector<Option>& Options() {
         {L"windows", 1, L"N: N basket windows are open"},
         {L"clients", 1, L"N: the host knows N clients"},
         {L"answer", 1, L"BUTTON: answers the next message box with that button's number"},
+        {L"file-dialog", 1, L"NAME: chooses that file in the next file dialog"},
+        {L"cancel-dialog", 0, L"cancels the next file dialog"},
         {L"expect", 1, L"CODE: the next step fails with that result code"},
         {L"dump-basket", 1, L"FILE: writes the basket as tab-separated text (- is the log)"},
         {L"save-picture", 1, L"FILE: writes a picture of the basket window (bmp or png)"},

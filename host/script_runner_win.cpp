@@ -15,6 +15,8 @@ namespace {
 
 // The plug-in's published menu id for copying the whole basket.
 constexpr WPARAM kCopyWholeBasket = 114;
+// The control of the system's file dialogs that holds the name.
+constexpr int kFileNameBox = 0x47C;
 constexpr DWORD kQuietMilliseconds = 40;
 constexpr DWORD kSettleDeadline = 15000;
 constexpr UINT kWatchInterval = 30;
@@ -96,32 +98,51 @@ LRESULT CALLBACK ScriptRunner::WatchProcedure(HWND window, UINT message, WPARAM 
     return DefWindowProcW(window, message, w, l);
 }
 
-// Gives a message box the answer that the script has for it. A box that the script does not expect
-// is a failure and is dismissed, so that the script ends.
+// Finds the dialog that takes input: one that waits for the answer to another one is disabled.
 BOOL CALLBACK ScriptRunner::AnswerBox(HWND window, LPARAM self) noexcept {
     auto& runner = *reinterpret_cast<ScriptRunner*>(self);
     std::array<wchar_t, 16> name{};
     GetClassNameW(window, name.data(), static_cast<int>(name.size()));
     if (lstrcmpW(name.data(), L"#32770") != 0 || !IsWindowVisible(window) ||
-        window == runner.answered_) {
+        !IsWindowEnabled(window) || window == runner.answered_ || window == runner.file_dialog_) {
         return TRUE;
     }
     try {
-        const std::wstring text = TextOfWindow(GetDlgItem(window, 0xFFFF));
-        runner.log_.Line(L"box \"" + TextOfWindow(window) + L"\": " + text);
-        int answer = IDCANCEL;
-        if (runner.answers_.empty()) {
-            runner.Fail(L"nobody expected this box");
-        } else {
-            answer = runner.answers_.front();
-            runner.answers_.pop_front();
-        }
-        runner.answered_ = window;
-        PostMessageW(window, WM_COMMAND, static_cast<WPARAM>(answer), 0);
+        runner.AnswerDialog(window);
     } catch (...) {
         PostMessageW(window, WM_CLOSE, 0, 0);
     }
     return FALSE;
+}
+
+// A dialog that the script does not expect is a failure and is dismissed, so that the script ends.
+void ScriptRunner::AnswerDialog(HWND dialog) {
+    const HWND name_box = GetDlgItem(dialog, kFileNameBox);
+    const bool is_file_dialog = name_box != nullptr;
+    const std::wstring text = TextOfWindow(is_file_dialog ? name_box : GetDlgItem(dialog, 0xFFFF));
+    log_.Line((is_file_dialog ? L"file dialog \"" : L"box \"") + TextOfWindow(dialog) + L"\": " +
+              text);
+    Awaited answer{is_file_dialog, IDCANCEL, {}};
+    if (answers_.empty()) {
+        Fail(L"nobody expected this");
+    } else if (answers_.front().file_dialog != is_file_dialog) {
+        Fail(is_file_dialog ? L"a box was expected" : L"a file dialog was expected");
+    } else {
+        answer = answers_.front();
+        answers_.pop_front();
+    }
+    if (is_file_dialog) {
+        if (!answer.name.empty()) {
+            SendMessageW(name_box, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(answer.name.c_str()));
+        }
+        file_dialog_ = dialog;
+    } else {
+        // a file dialog whose question is denied asks for another name
+        const bool denied = answer.button != IDYES && GetWindow(dialog, GW_OWNER) == file_dialog_;
+        if (denied) file_dialog_ = nullptr;
+        answered_ = dialog;
+    }
+    PostMessageW(dialog, WM_COMMAND, static_cast<WPARAM>(answer.button), 0);
 }
 
 void ScriptRunner::Settle() {
@@ -269,7 +290,12 @@ bool ScriptRunner::RunWindowStep(const Step& step) {
         CheckEqual(step, std::to_wstring(session.Count()), argument);
         return true;
     } else if (step.name == L"answer") {
-        answers_.push_back(static_cast<int>(std::wcstol(argument.c_str(), nullptr, 10)));
+        answers_.push_back(
+            {false, static_cast<int>(std::wcstol(argument.c_str(), nullptr, 10)), {}});
+    } else if (step.name == L"file-dialog") {
+        answers_.push_back({true, IDOK, argument});
+    } else if (step.name == L"cancel-dialog") {
+        answers_.push_back({true, IDCANCEL, {}});
     } else if (step.name == L"dump-basket") {
         DumpBasket(argument);
     } else if (step.name == L"save-picture" || step.name == L"save-screen") {
@@ -355,7 +381,7 @@ ScriptRunner::End ScriptRunner::Run(const std::vector<Step>& steps) {
         }
         if (failed_) break;
     }
-    if (!answers_.empty() && !failed_) Fail(L"a box that was expected did not come");
+    if (!answers_.empty() && !failed_) Fail(L"a dialog that was expected did not come");
     log_.Line(failed_ ? L"script failed" : L"script passed");
     return stay_ && !failed_ ? End::kStay : End::kQuit;
 }

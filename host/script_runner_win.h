@@ -47,7 +47,16 @@ class ScriptRunner {
     static LRESULT CALLBACK WatchProcedure(HWND window, UINT message, WPARAM w, LPARAM l) noexcept;
     static BOOL CALLBACK AnswerBox(HWND window, LPARAM self) noexcept;
 
+    // What the script has for the next dialog.
+    struct Awaited {
+        bool file_dialog;
+        int button;
+        std::wstring name;  // of the file to choose
+    };
+
     void RunStep(const Step& step);
+    // Gives a dialog that takes input what the script has for it.
+    void AnswerDialog(HWND dialog);
     // The same for steps about the basket's window and what can be seen of it.
     bool RunWindowStep(const Step& step);
     void Check(const Step& step, const Outcome& outcome);
@@ -64,8 +73,9 @@ class ScriptRunner {
     Frame& frame_;
     Log& log_;
     HWND watch_ = nullptr;
-    std::deque<int> answers_;
-    HWND answered_ = nullptr;  // the box that has its answer already
+    std::deque<Awaited> answers_;
+    HWND answered_ = nullptr;     // the box that has its answer already
+    HWND file_dialog_ = nullptr;  // the file dialog that has it
     std::optional<HRESULT> expected_;
     bool failed_ = false;
     bool stay_ = false;

@@ -102,6 +102,11 @@ TEST(HostScripts, AScriptHasAStepOnEachLine) {
     ASSERT_TRUE(steps);
     ASSERT_EQ(steps->size(), 3u);
     EXPECT_EQ((*steps)[1].arguments, std::vector<std::wstring>{L"C:\\a b\\c.bsk"});
+    const auto dialogs = ParseScript(L"file-dialog \"für März.bsk\"\ncancel-dialog", error);
+    ASSERT_TRUE(dialogs) << "the two steps about file dialogs";
+    ASSERT_EQ(dialogs->size(), 2u);
+    EXPECT_EQ((*dialogs)[0].arguments, std::vector<std::wstring>{L"für März.bsk"});
+    EXPECT_TRUE((*dialogs)[1].arguments.empty());
     EXPECT_FALSE(ParseScript(L"quit\nfollow", error));
     EXPECT_EQ(error.find(L"line 2: "), 0u);
 }
