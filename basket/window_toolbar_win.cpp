@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "basket/commands.h"
+#include "basket/glyph_colours.h"
 #include "basket/window_ids.h"
 
 namespace demovex {
@@ -11,6 +12,9 @@ namespace {
 
 // Nothing is drawn where a glyph has this colour.
 constexpr COLORREF kNothing = RGB(255, 0, 255);
+
+// A button's border and the room in it, above and below the glyph together.
+constexpr int kAroundGlyph = 6;
 
 // Resource number of a glyph in a size, from its number in 16 pixels.
 int ResourceNumber(int number, int size) noexcept {
@@ -26,9 +30,17 @@ int ResourceNumber(int number, int size) noexcept {
     }
 }
 
-// The glyph of a button that cannot be pressed: its dark parts in grey, the light ones left out or
-// pale, so that its shape stays legible on any button colour.
-void Fade(HBITMAP bitmap, int size) {
+constexpr std::uint32_t InMemory(COLORREF colour) noexcept {
+    return static_cast<std::uint32_t>(GetRValue(colour) << 16 | GetGValue(colour) << 8 |
+                                      GetBValue(colour));
+}
+
+// Gives a glyph the colours of the user's scheme.
+void Recolour(HBITMAP bitmap, int size, bool disabled) {
+    const GlyphScheme scheme{
+        InMemory(GetSysColor(COLOR_BTNFACE)), InMemory(GetSysColor(COLOR_BTNSHADOW)),
+        InMemory(GetSysColor(COLOR_BTNHIGHLIGHT)), InMemory(GetSysColor(COLOR_GRAYTEXT))};
+    if (!disabled && !IsDark(scheme)) return;
     BITMAPINFO info{};
     info.bmiHeader.biSize = sizeof info.bmiHeader;
     info.bmiHeader.biWidth = size;
@@ -38,19 +50,10 @@ void Fade(HBITMAP bitmap, int size) {
     std::vector<std::uint32_t> pixels(static_cast<std::size_t>(size) * size);
     HDC screen = GetDC(nullptr);
     if (GetDIBits(screen, bitmap, 0, size, pixels.data(), &info, DIB_RGB_COLORS) == size) {
-        const auto in_memory = [](COLORREF colour) {
-            return static_cast<std::uint32_t>(GetRValue(colour) << 16 | GetGValue(colour) << 8 |
-                                              GetBValue(colour));
-        };
-        const std::uint32_t nothing = in_memory(kNothing);
-        const std::uint32_t dark = in_memory(GetSysColor(COLOR_BTNSHADOW));
-        const std::uint32_t light = in_memory(GetSysColor(COLOR_BTNHIGHLIGHT));
         for (std::uint32_t& pixel : pixels) {
             pixel &= 0xFFFFFF;
-            if (pixel == nothing) continue;
-            const auto brightness =
-                ((pixel >> 16 & 255) * 3 + (pixel >> 8 & 255) * 6 + (pixel & 255)) / 10;
-            pixel = brightness < 140 ? dark : light;
+            if (pixel == InMemory(kNothing)) continue;
+            pixel = disabled ? FadedGlyphColour(pixel, scheme) : GlyphColour(pixel, scheme);
         }
         SetDIBits(screen, bitmap, 0, size, pixels.data(), &info, DIB_RGB_COLORS);
     }
@@ -72,6 +75,9 @@ WindowToolbar::WindowToolbar(HWND parent, HINSTANCE module, const Scale& scale)
                           TBSTYLE_FLAT | TBSTYLE_TOOLTIPS | CCS_NODIVIDER | CCS_NORESIZE |
                               CCS_NOPARENTALIGN | CCS_TOP);
     SendMessageW(window_, TB_BUTTONSTRUCTSIZE, sizeof(TBBUTTON), 0);
+    // the buttons' texts are for assistive programs alone
+    SendMessageW(window_, TB_SETMAXTEXTROWS, 0, 0);
+    SetWindowTextW(window_, L"Symbolleiste");
     SendMessageW(window_, TB_SETINDENT, static_cast<WPARAM>(scale_.ToPixels(30)), 0);
 }
 
@@ -83,7 +89,7 @@ UniqueImageList WindowToolbar::LoadImages(int size, bool disabled) const {
         const int number = ResourceNumber(image.bitmap, size);
         UniqueBitmap bitmap(static_cast<HBITMAP>(
             LoadImageW(module_, MAKEINTRESOURCEW(number), IMAGE_BITMAP, 0, 0, 0)));
-        if (bitmap && disabled) Fade(bitmap.get(), size);
+        if (bitmap) Recolour(bitmap.get(), size, disabled);
         if (!bitmap || ImageList_AddMasked(images.get(), bitmap.get(), kNothing) < 0) {
             RaiseRuntimeError(runtime_error::kOutOfMemory);
         }
@@ -97,7 +103,6 @@ void WindowToolbar::Build() {
     UniqueImageList images = LoadImages(glyph, false);
     UniqueImageList disabled = LoadImages(glyph, true);
     SendMessageW(window_, TB_SETBITMAPSIZE, 0, MAKELPARAM(glyph, glyph));
-    SendMessageW(window_, TB_SETBUTTONSIZE, 0, MAKELPARAM(height - 1, height - 2));
     SendMessageW(window_, TB_SETIMAGELIST, 0, reinterpret_cast<LPARAM>(images.get()));
     SendMessageW(window_, TB_SETDISABLEDIMAGELIST, 0, reinterpret_cast<LPARAM>(disabled.get()));
     images_ = std::move(images);
@@ -110,14 +115,16 @@ void WindowToolbar::Build() {
     for (const ToolbarButton& entry : ToolbarTable()) {
         TBBUTTON button{};
         button.idCommand = id++;
-        button.iString = -1;
         if (entry.key.empty()) {
             button.fsStyle = BTNS_SEP;
+            button.iString = -1;
         } else {
             const auto image = std::ranges::find(ImageTable(), entry.key, &ToolbarImage::key);
             button.iBitmap = static_cast<int>(image - ImageTable().begin());
             button.fsState = TBSTATE_ENABLED;
             button.fsStyle = BTNS_BUTTON;
+            // the bar copies it
+            button.iString = reinterpret_cast<INT_PTR>(entry.tool_tip.data());
         }
         buttons.push_back(button);
     }
@@ -125,6 +132,10 @@ void WindowToolbar::Build() {
                       reinterpret_cast<LPARAM>(buttons.data()))) {
         RaiseRuntimeError(runtime_error::kOutOfMemory);
     }
+    // last, since the buttons' texts make the bar reckon anew; not higher than a
+    // glyph needs, since not every system centres it in a higher one
+    SendMessageW(window_, TB_SETBUTTONSIZE, 0, MAKELPARAM(height - 1, glyph + kAroundGlyph));
+    Layout(width_);
 }
 
 void WindowToolbar::Show(bool visible) {
@@ -132,8 +143,11 @@ void WindowToolbar::Show(bool visible) {
 }
 
 void WindowToolbar::Layout(int width) {
-    SetWindowPos(window_, nullptr, 0, 0, width, scale_.ToPixels(kToolbarHeight),
-                 SWP_NOZORDER | SWP_NOACTIVATE);
+    width_ = width;
+    const int height = scale_.ToPixels(kToolbarHeight);
+    const int button = HIWORD(SendMessageW(window_, TB_GETBUTTONSIZE, 0, 0));
+    const int above = std::max(0, (height - button) / 2);
+    SetWindowPos(window_, nullptr, 0, above, width, height - above, SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 std::wstring_view WindowToolbar::KeyOf(int button_id) noexcept {

@@ -1,5 +1,5 @@
 // Toolbar: the command buttons at the top edge of the basket window, built from ToolbarTable() and
-// ImageTable(). Its height is always 360 twips.
+// ImageTable(). It always takes 360 twips of height.
 #pragma once
 
 #include <string_view>
@@ -20,7 +20,8 @@ class WindowToolbar {
     void Build();
 
     void Show(bool visible);
-    // Stretches the bar along the top edge of a client area of `width` pixels.
+    // Stretches the bar along the top edge of a client area of `width` pixels, its buttons in the
+    // middle of the 360 twips.
     void Layout(int width);
 
     // The key of a button id; empty for any other id.
@@ -37,6 +38,7 @@ class WindowToolbar {
     HWND window_ = nullptr;
     HINSTANCE module_;
     Scale scale_;
+    int width_ = 0;
     UniqueImageList images_;
     UniqueImageList disabled_images_;
 };

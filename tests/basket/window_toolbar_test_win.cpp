@@ -50,9 +50,12 @@ TEST(WindowToolbar, ButtonsFitInto360TwipsAtEveryDpi) {
         SCOPED_TRACE(dpi);
         BasketWindowFixture basket(HostLoop::kBare, dpi);
         HWND bar = basket.Child(child_id::kToolbar);
-        RECT rect{};
+        RECT rect{}, place{};
         GetClientRect(bar, &rect);
-        EXPECT_EQ(rect.bottom, dpi / 4);
+        GetWindowRect(bar, &place);
+        MapWindowPoints(nullptr, basket.Handle(), reinterpret_cast<POINT*>(&place), 2);
+        EXPECT_GE(place.top, 0);
+        EXPECT_EQ(place.bottom, dpi / 4);
         for (int i = 0; i < 19; ++i) {
             RECT button{};
             SendMessageW(bar, TB_GETITEMRECT, i, reinterpret_cast<LPARAM>(&button));
@@ -124,6 +127,127 @@ TEST(WindowToolbar, ADisabledGlyphKeepsItsShape) {
         RECT button{};
         SendMessageW(bar, TB_GETITEMRECT, i, reinterpret_cast<LPARAM>(&button));
         EXPECT_GE(picture.Count(button, dark), 20) << i;
+    }
+}
+
+// Changes system colours for as long as it lives, as a change of the user's scheme does.
+class SystemColours {
+  public:
+    explicit SystemColours(const std::vector<std::pair<int, COLORREF>>& scheme) {
+        for (const auto& [element, colour] : scheme) {
+            elements_.push_back(element);
+            before_.push_back(GetSysColor(element));
+            now_.push_back(colour);
+        }
+        SetSysColors(static_cast<int>(elements_.size()), elements_.data(), now_.data());
+    }
+    ~SystemColours() {
+        SetSysColors(static_cast<int>(elements_.size()), elements_.data(), before_.data());
+    }
+    SystemColours(const SystemColours&) = delete;
+    SystemColours& operator=(const SystemColours&) = delete;
+
+  private:
+    std::vector<int> elements_;
+    std::vector<COLORREF> before_;
+    std::vector<COLORREF> now_;
+};
+
+int BrightnessOf(COLORREF colour) {
+    return (GetRValue(colour) * 3 + GetGValue(colour) * 6 + GetBValue(colour)) / 10;
+}
+
+// A glyph drawn for light faces would be black on black.
+TEST(WindowToolbar, EveryGlyphStandsOutFromTheFaceInADarkScheme) {
+    const SystemColours dark({{COLOR_BTNFACE, RGB(0, 0, 0)},
+                              {COLOR_BTNTEXT, RGB(255, 255, 255)},
+                              {COLOR_GRAYTEXT, RGB(0, 255, 0)}});
+    for (const int dpi : {96, 192}) {
+        for (const bool enabled : {true, false}) {
+            SCOPED_TRACE(::testing::Message() << dpi << " dpi, enabled: " << enabled);
+            BasketWindowFixture basket(HostLoop::kBare, dpi);
+            HWND bar = basket.Child(child_id::kToolbar);
+            auto images = reinterpret_cast<HIMAGELIST>(
+                SendMessageW(bar, enabled ? TB_GETIMAGELIST : TB_GETDISABLEDIMAGELIST, 0, 0));
+            const int size = GlyphSize(dpi);
+            const HDC screen = GetDC(nullptr);
+            const HDC memory = CreateCompatibleDC(screen);
+            const HBITMAP canvas = CreateCompatibleBitmap(screen, size, size);
+            const HGDIOBJ previous = SelectObject(memory, canvas);
+            for (int i = 0; i < 14; ++i) {
+                RECT all{0, 0, size, size};
+                FillRect(memory, &all, GetSysColorBrush(COLOR_BTNFACE));
+                ImageList_Draw(images, i, memory, 0, 0, ILD_TRANSPARENT);
+                int bright = 0;
+                for (int y = 0; y < size; ++y) {
+                    for (int x = 0; x < size; ++x) {
+                        bright += BrightnessOf(GetPixel(memory, x, y)) >= 75;
+                    }
+                }
+                EXPECT_GE(bright, size * size / 8) << i;
+            }
+            SelectObject(memory, previous);
+            DeleteObject(canvas);
+            DeleteDC(memory);
+            ReleaseDC(nullptr, screen);
+        }
+    }
+}
+
+TEST(WindowToolbar, AChangeOfSchemeRedrawsTheGlyphs) {
+    BasketWindowFixture basket;
+    HWND bar = basket.Child(child_id::kToolbar);
+    RECT button{};
+    SendMessageW(bar, TB_GETITEMRECT, 6, reinterpret_cast<LPARAM>(&button));  // "Cut"
+    const auto bright = [&] {
+        PumpUntilPainted(bar);
+        const WindowPicture picture = WindowPicture::OfScreen(bar);
+        int count = 0;
+        for (int y = button.top; y < button.bottom; ++y) {
+            for (int x = button.left; x < button.right; ++x) {
+                count += BrightnessOf(picture.At(x, y)) >= 75;
+            }
+        }
+        return count;
+    };
+    const int face = (button.right - button.left) * (button.bottom - button.top);
+    EXPECT_GE(bright(), face / 2);
+    const SystemColours dark({{COLOR_BTNFACE, RGB(0, 0, 0)}});
+    SendMessageW(basket.Handle(), WM_SYSCOLORCHANGE, 0, 0);
+    basket.Pump();
+    EXPECT_LE(bright(), face / 2);
+    EXPECT_GE(bright(), 25);
+}
+
+TEST(WindowToolbar, ButtonsAndGlyphsStandInTheMiddleOfTheBar) {
+    for (const int dpi : {96, 120, 144, 192}) {
+        SCOPED_TRACE(dpi);
+        BasketWindowFixture basket(HostLoop::kBare, dpi);
+        HWND bar = basket.Child(child_id::kToolbar);
+        RECT place{}, button{};
+        GetWindowRect(bar, &place);
+        MapWindowPoints(nullptr, basket.Handle(), reinterpret_cast<POINT*>(&place), 2);
+        SendMessageW(bar, TB_GETITEMRECT, 0, reinterpret_cast<LPARAM>(&button));
+        EXPECT_NEAR(place.top + button.top, dpi / 4 - place.top - button.bottom, 1);
+        // the page of "New" reaches from the first to the last line of its picture but one
+        PumpUntilPainted(bar);
+        const WindowPicture picture = WindowPicture::OfScreen(bar);
+        const int middle = (button.left + button.right) / 2;
+        int first = -1, last = -1;
+        for (int y = button.top; y < button.bottom; ++y) {
+            if (BrightnessOf(picture.At(middle, y)) >= 75) continue;
+            if (first < 0) first = y;
+            last = y;
+        }
+        EXPECT_NEAR(place.top + first, dpi / 4 - place.top - 1 - last, 1 + dpi / 96);
+        // and across
+        int left = -1, right = -1;
+        for (int x = button.left; x < button.right; ++x) {
+            if (BrightnessOf(picture.At(x, (first + last) / 2)) >= 75) continue;
+            if (left < 0) left = x;
+            right = x;
+        }
+        EXPECT_NEAR(left - button.left, button.right - 1 - right, 1 + dpi / 96);
     }
 }
 
