@@ -9,6 +9,7 @@
 #include "basket/window_ids.h"
 #include "basket/window_keys_win.h"
 #include "basket/window_placement.h"
+#include "grid/cell_name.h"
 
 namespace demovex {
 namespace {
@@ -148,11 +149,13 @@ void BasketWindowImpl::CreateControls() {
                                               scale_, services_->text, font_.get());
     grid_->SetEvents(this);
     grid_->Grid().SetEvents(this);
+    SetWindowTextW(grid_->Handle(), L"Warenkorb");  // its name for assistive programs
     ShowWindow(grid_->Handle(), SW_SHOWNA);
     editor_ = std::make_unique<WindowEditor>(
         WindowEditor::Settings{window_, module_, scale_, font_.get()}, *this, [this] {
             const FlexGrid& grid = grid_->Grid();
-            return grid.StandsRight(grid.Row(), grid.Col());
+            return EditedCell{grid.StandsRight(grid.Row(), grid.Col()),
+                              CellName(grid, grid.Row(), grid.Col())};
         });
     editor_->SetGrid(grid_->Handle());
     form_ = std::make_unique<TestLibForm>(grid_->Grid(), *this, *services_);

@@ -34,6 +34,18 @@ void Place(HWND window, const RECT& rect, UINT flags = SWP_NOZORDER) noexcept {
                  flags | SWP_NOACTIVATE | SWP_NOCOPYBITS);
 }
 
+// Shows a control above its siblings, its label right before it.
+void RaiseLabelled(HWND window, HWND label) noexcept {
+    constexpr UINT raise = SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE;
+    SetWindowPos(window, HWND_TOP, 0, 0, 0, 0, raise | SWP_SHOWWINDOW);
+    SetWindowPos(label, HWND_TOP, 0, 0, 0, 0, raise);
+}
+
+// A label without extent has nothing to paint, so the class's own procedure is left out.
+void SetLabel(HWND label, const std::wstring& text) noexcept {
+    DefWindowProcW(label, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text.c_str()));
+}
+
 std::wstring WindowText(HWND window) {
     std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(window)), L'\0');
     const int length = GetWindowTextW(window, text.data(), static_cast<int>(text.size()) + 1);
@@ -80,11 +92,8 @@ void WindowEditor::UnregisterWindowClass(HINSTANCE module) noexcept {
 }
 
 WindowEditor::WindowEditor(const Settings& settings, IFormGate& gate,
-                           std::function<bool()> stands_right)
-    : parent_(settings.parent),
-      scale_(settings.scale),
-      gate_(gate),
-      stands_right_(std::move(stands_right)) {
+                           std::function<EditedCell()> cell)
+    : parent_(settings.parent), scale_(settings.scale), gate_(gate), cell_(std::move(cell)) {
     const auto self = reinterpret_cast<LONG_PTR>(this);
     background_ = CreateChild(parent_, settings.module, kPictureBoxClass, child_id::kIPBackground,
                               WS_CLIPCHILDREN);
@@ -106,6 +115,9 @@ WindowEditor::WindowEditor(const Settings& settings, IFormGate& gate,
     SendMessageW(list_, WM_SETFONT, reinterpret_cast<WPARAM>(settings.font), FALSE);
     SendMessageW(list_, LB_SETITEMHEIGHT, 0, scale_.ToPixels(kListRow));
     list_proc_ = Subclass(list_, &WindowEditor::ListProc);
+    constexpr DWORD label = WS_VISIBLE | SS_LEFT | SS_NOPREFIX;
+    text_label_ = CreateChild(background_, settings.module, WC_STATICW, -1, label);
+    list_label_ = CreateChild(parent_, settings.module, WC_STATICW, -1, label);
 }
 
 WNDPROC WindowEditor::Subclass(HWND window, WNDPROC procedure) {
@@ -156,7 +168,12 @@ void WindowEditor::ShowBackground(bool visible) {
 // --- IPText
 
 void WindowEditor::MoveText(const TwipsRect& rect) {
-    const bool right = stands_right_ && stands_right_();
+    const EditedCell cell = cell_ ? cell_() : EditedCell{};
+    const bool right = cell.stands_right;
+    if (name_ != cell.name) {
+        name_ = cell.name;
+        SetLabel(text_label_, name_);
+    }
     if (right != right_) {
         // the other text box becomes IPText, with the same text
         const std::wstring text = Text();
@@ -179,8 +196,7 @@ void WindowEditor::ShowText() {
     if (text_visible_) return;
     text_visible_ = true;
     // the first of the two in the order of windows is the one that IPText's number names
-    SetWindowPos(TextWindow(), HWND_TOP, 0, 0, 0, 0,
-                 SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE | SWP_SHOWWINDOW);
+    RaiseLabelled(TextWindow(), text_label_);
 }
 
 std::wstring WindowEditor::Text() const {
@@ -286,8 +302,8 @@ void WindowEditor::ShowComboList(bool visible) {
     }
     list_visible_ = visible;
     if (visible) {
-        SetWindowPos(list_, HWND_TOP, 0, 0, 0, 0,
-                     SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE | SWP_SHOWWINDOW);
+        SetLabel(list_label_, name_);
+        RaiseLabelled(list_, list_label_);
     } else {
         SetVisible(list_, false);
     }

@@ -16,6 +16,12 @@
 
 namespace demovex {
 
+// What the text box needs to know of the cell that it lies on.
+struct EditedCell {
+    bool stands_right = false;  // the cell's text
+    std::wstring name;          // what assistive programs call the cell
+};
+
 class WindowEditor final : public IEditorView {
   public:
     struct Settings {
@@ -25,9 +31,9 @@ class WindowEditor final : public IEditorView {
         HFONT font = nullptr;  // outlives the editor
     };
 
-    // Creates the controls, hidden. `gate` outlives this object; `stands_right` says whether the
-    // current cell's text stands right. Raises 7.
-    WindowEditor(const Settings& settings, IFormGate& gate, std::function<bool()> stands_right);
+    // Creates the controls, hidden. `gate` outlives this object; `cell` tells of the grid's
+    // current cell. Raises 7.
+    WindowEditor(const Settings& settings, IFormGate& gate, std::function<EditedCell()> cell);
     ~WindowEditor() override;
     WindowEditor(const WindowEditor&) = delete;
     WindowEditor& operator=(const WindowEditor&) = delete;
@@ -104,7 +110,7 @@ class WindowEditor final : public IEditorView {
     HWND grid_ = nullptr;
     Scale scale_;
     IFormGate& gate_;
-    std::function<bool()> stands_right_;
+    std::function<EditedCell()> cell_;
     HWND background_ = nullptr;
     HWND text_[2] = {nullptr, nullptr};  // left- and right-aligned
     HWND button_ = nullptr;
@@ -113,6 +119,11 @@ class WindowEditor final : public IEditorView {
     WNDPROC list_proc_ = nullptr;
     RECT background_rect_{};  // where it is, or goes when it is shown
     RECT text_rect_[2]{};     // where the text boxes are
+    // Labels without extent right before IPText and IPComboList in z-order: where assistive
+    // programs look for the name of a text box or a list.
+    HWND text_label_ = nullptr;
+    HWND list_label_ = nullptr;
+    std::wstring name_;  // the cell's
     std::int32_t max_length_ = 0;
     bool gone_ = false;  // the windows are destroyed
     bool right_ = false;

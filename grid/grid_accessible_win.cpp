@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <new>
 
+#include "grid/cell_name.h"
 #include "grid/grid_accessible_object_win.h"
 #include "grid/grid_selected_cells_win.h"
 
@@ -102,12 +103,7 @@ std::wstring GridAccessible::NameOf(const Element& element) const {
         const int length = GetWindowTextW(owner_->window, title, 128);
         return length > 0 ? std::wstring(title, static_cast<std::size_t>(length)) : L"Tabelle";
     }
-    std::wstring column(Grid().TextMatrix(0, element.col));
-    if (element.row < FlexGrid::kFixedRows) return column;
-    std::wstring number(Grid().TextMatrix(element.row, 0));
-    if (number.empty()) number = std::to_wstring(element.row);
-    if (element.col < FlexGrid::kFixedCols) return L"Zeile " + number;
-    return column.empty() ? L"Zeile " + number : column + L", Zeile " + number;
+    return CellName(Grid(), element.row, element.col);
 }
 
 HRESULT GridAccessible::QueryInterface(REFIID iid, void** object) noexcept {
