@@ -202,13 +202,14 @@ void BasketWindowImpl::Initialize() {
 void BasketWindowImpl::Show() {
     const auto keep = shared_from_this();
     if (window_ == nullptr) RaiseRuntimeError(runtime_error::kObjectNotSet);
-    // beside the host, on its monitor
+    // on the host's monitor, or the nearest to a host that is out of view
     HWND host = GetActiveWindow() != nullptr ? GetActiveWindow() : GetForegroundWindow();
     MONITORINFO monitor{};
     monitor.cbSize = sizeof monitor;
     RECT rect{};
     GetWindowRect(window_, &rect);
-    if (GetMonitorInfoW(MonitorFromWindow(host, MONITOR_DEFAULTTOPRIMARY), &monitor)) {
+    const DWORD otherwise = host != nullptr ? MONITOR_DEFAULTTONEAREST : MONITOR_DEFAULTTOPRIMARY;
+    if (GetMonitorInfoW(MonitorFromWindow(host, otherwise), &monitor)) {
         const PixelRect place =
             PlaceWindow(ToPixelRect(monitor.rcWork), rect.right - rect.left, rect.bottom - rect.top,
                         OtherWindows(window_),

@@ -7,6 +7,7 @@
 #   cmake, ninja, g++, clang       the native build, static analysis and the fuzzers
 #   ghostscript, poppler-utils     printed pages read back as PDF
 #   xdotool, xclip, imagemagick    real input, the X clipboard, pictures of the window
+#   x11-utils ..., libxinerama     displays with several monitors and with bars at their edges
 set -u
 here=$(cd "$(dirname "$0")/.." && pwd)
 
@@ -14,6 +15,7 @@ packages=(
   g++ g++-mingw-w64-i686-posix mingw-w64-tools
   wine wine32:i386 fonts-wine fonts-liberation
   xvfb xauth openbox xdotool xclip imagemagick
+  x11-utils x11-xserver-utils libxinerama1:i386
   ghostscript poppler-utils locales
   cmake ninja-build make python3 git
   googletest libbenchmark-dev

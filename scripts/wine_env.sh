@@ -3,7 +3,10 @@
 #
 #   wine_prefix NAME      a prefix copied from the template (made once); exports WINEPREFIX
 #   wine_locale NAME      exports LC_ALL and LOCPATH for de_AT, de_DE or en_US
-#   start_display         a private Xvfb; exports DISPLAY, sets display_pid
+#   start_display         a private Xvfb; exports DISPLAY, sets display_pid. DEMOVEX_SCREEN is its
+#                         size; DEMOVEX_MONITORS ("800x700+0+0 560x300+800+200") divides it into
+#                         monitors from left to right, DEMOVEX_WORKAREA ("X, Y, WIDTH, HEIGHT") is
+#                         what bars at its edges leave free
 #   stop_all              ends the prefix's server and the display
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
@@ -37,6 +40,8 @@ REGEDIT4
 ; windows without decorations of a window manager: exact positions, quick closing
 [HKEY_CURRENT_USER\Software\Wine\X11 Driver]
 "Managed"="N"
+; monitors as the display names them (DEMOVEX_MONITORS), which the newer protocol does not tell
+"UseXRandR"="N"
 
 ; no sound device, so no search for one
 [HKEY_CURRENT_USER\Software\Wine\Drivers]
@@ -75,15 +80,26 @@ wine_prefix() {
 }
 
 start_display() {
-  local fifo
+  local fifo monitor name options=() output=screen
+  # a display without clients would forget its monitors
+  [ -z "${DEMOVEX_MONITORS:-}" ] || options=(-noreset)
   fifo=$(mktemp -u)
   mkfifo "$fifo"
-  Xvfb -displayfd 3 -screen 0 "${DEMOVEX_SCREEN:-1280x1024x24}" -nolisten tcp 3> "$fifo" > /dev/null 2>&1 &
+  Xvfb -displayfd 3 -screen 0 "${DEMOVEX_SCREEN:-1280x1024x24}" -nolisten tcp "${options[@]}" 3> "$fifo" > /dev/null 2>&1 &
   display_pid=$!
   read -r -t 20 number < "$fifo"
   rm -f "$fifo"
   [ -n "${number:-}" ] || { echo "Xvfb did not start" >&2; return 1; }
   export DISPLAY=:$number
+  for monitor in ${DEMOVEX_MONITORS:-}; do
+    # WIDTHxHEIGHT+X+Y becomes WIDTH/MMxHEIGHT/MM+X+Y; the first monitor has the display's output
+    name=monitor-${monitor#*+}
+    xrandr --setmonitor "$name" "$(echo "$monitor" | sed -E 's,x,/200x,; s,\+,/200+,')" "$output" \
+      > /dev/null || { echo "no monitor $monitor" >&2; return 1; }
+    output=none
+  done
+  [ -z "${DEMOVEX_WORKAREA:-}" ] ||
+    xprop -root -f _NET_WORKAREA 32c -set _NET_WORKAREA "$DEMOVEX_WORKAREA" || return 1
 }
 
 # A persistent server and one warm-up program whose services hold no pipe of ours open.
