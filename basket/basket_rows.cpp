@@ -116,16 +116,15 @@ bool BasketRows::RefreshArtikel(std::int32_t row, std::int32_t Menge) {
     editor_.CommitCellEdit();
     state_.Modified = true;
     SuppressEditorScope suppress(state_);
-    std::wstring bezeichnung;
-    std::wstring preis;
-    if (!articles_.LookUpArtikelNr(nr, bezeichnung, preis)) return false;
+    if (!articles_.LookUpArtikelNr(nr, bezeichnung_, preis_)) return false;
     const ITextService& text = context_.services.text;
-    SetCell(row, column::kBezeichnung, bezeichnung);
+    SetCell(row, column::kBezeichnung, bezeichnung_);
     if (Menge > -1) SetCell(row, column::kMenge, DecimalText(Menge));
-    const double price = text.ToNumber(preis);
-    SetCell(row, column::kPreisAts, text.FormatAmount(price));
-    SetCell(row, column::kPreisEuro,
-            text.FormatAmount(RoundToHundredths(price / kSchillingsPerEuro)));
+    const double price = text.ToNumber(preis_);
+    text.WriteAmount(price, amount_);
+    SetCell(row, column::kPreisAts, amount_);
+    text.WriteAmount(RoundToHundredths(price / kSchillingsPerEuro), amount_);
+    SetCell(row, column::kPreisEuro, amount_);
     grid_.SetCol(column::kMenge);
     if (!state_.Loading) totals_.Recalculate(row);
     return true;

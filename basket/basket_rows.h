@@ -84,6 +84,8 @@ class BasketRows final : public IBasketRows {
     IArticleLookup& articles_;
     Totals totals_;
     std::int32_t cursor_ = 0;
+    // of the row being filled; kept for their memory
+    std::wstring bezeichnung_, preis_, amount_;
 };
 
 }  // namespace demovex

@@ -126,11 +126,12 @@ void Totals::MoveRows(std::int32_t first, std::int32_t count, std::int32_t to) {
     grid_.MoveRows(first, count, to);
 }
 
-double Totals::Product(std::int32_t row, std::int32_t price_column) const {
-    const double product = text_.ToNumber(grid_.TextMatrix(row, column::kMenge)) *
-                           text_.ToNumber(grid_.TextMatrix(row, price_column));
+void Totals::SetLineTotal(std::int32_t row, double menge, std::int32_t price_column,
+                          std::int32_t total_column) {
+    const double product = menge * text_.ToNumber(grid_.TextMatrix(row, price_column));
     if (!std::isfinite(product)) RaiseRuntimeError(runtime_error::kOverflow);
-    return product;
+    text_.WriteAmount(product, amount_);
+    SetCell(row, total_column, amount_);
 }
 
 double Totals::Walk(std::int32_t col) const {
@@ -145,8 +146,9 @@ double Totals::Walk(std::int32_t col) const {
 
 void Totals::Recalculate(std::int32_t row) {
     if (!grid_.TextMatrix(row, column::kArtNr).empty()) {
-        SetCell(row, column::kGesamtAts, text_.FormatAmount(Product(row, column::kPreisAts)));
-        SetCell(row, column::kGesamtEuro, text_.FormatAmount(Product(row, column::kPreisEuro)));
+        const double menge = text_.ToNumber(grid_.TextMatrix(row, column::kMenge));
+        SetLineTotal(row, menge, column::kPreisAts, column::kGesamtAts);
+        SetLineTotal(row, menge, column::kPreisEuro, column::kGesamtEuro);
     }
     if (sums_[0].inexact == 0 && sums_[1].inexact == 0 &&
         (sums_[0].unreadable != 0 || sums_[1].unreadable != 0)) {

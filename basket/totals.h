@@ -63,7 +63,8 @@ class Totals {
     // Takes the amounts of `row` into the sums, or out of them with `sign` −1, when the row counts.
     void Account(std::int32_t row, int sign);
     void AccountAmount(Sum& sum, std::wstring_view text, int sign) const;
-    double Product(std::int32_t row, std::int32_t price_column) const;
+    void SetLineTotal(std::int32_t row, double menge, std::int32_t price_column,
+                      std::int32_t total_column);
     double Walk(std::int32_t col) const;
     void WriteTotalsRow();
     void WritePending();
@@ -73,6 +74,7 @@ class Totals {
     std::array<Sum, 2> sums_;  // columns 8 and 9
     bool deferred_ = false;
     bool pending_ = false;  // a deferred recalculation has not been written
+    std::wstring amount_;   // kept for its memory
 };
 
 }  // namespace demovex

@@ -13,31 +13,26 @@ namespace {
 // The index's tag: the key is the article number.
 constexpr std::int32_t kNumberTag = 1;
 
-constexpr bool IsDigit(wchar_t c) {
-    return c >= L'0' && c <= L'9';
-}
-
-constexpr bool IsDigit(char c) {
-    return c >= '0' && c <= '9';
-}
-
-template <typename View>
-bool AllDigits(const View& text) {
-    for (const auto c : text) {
-        if (!IsDigit(c)) return false;
+// -1, 0 or 1 for two numbers that consist of digits only, nothing for any other text.
+template <typename Text>
+std::optional<std::int32_t> OrderOfDigits(const Text& a, std::string_view b) {
+    const auto is_digit = [](auto c) { return c >= '0' && c <= '9'; };
+    std::int32_t order = a.size() == b.size() ? 0 : a.size() < b.size() ? -1 : 1;
+    for (std::size_t i = std::min(a.size(), b.size()); i > 0; --i) {
+        const auto left = a[i - 1];
+        const char right = b[i - 1];
+        if (!is_digit(left) || !is_digit(right)) return std::nullopt;
+        // the first difference decides, and it is met last
+        const int difference = static_cast<int>(left) - right;
+        if (difference != 0) order = difference < 0 ? -1 : 1;
     }
-    return true;
-}
-
-template <typename View>
-std::int32_t CompareDigits(const View& a, std::string_view b) {
-    const std::size_t common = std::min(a.size(), b.size());
-    for (std::size_t i = 0; i < common; ++i) {
-        const int difference = static_cast<int>(a[i]) - static_cast<int>(b[i]);
-        if (difference != 0) return difference < 0 ? -1 : 1;
+    for (std::size_t i = b.size(); i < a.size(); ++i) {
+        if (!is_digit(a[i])) return std::nullopt;
     }
-    if (a.size() == b.size()) return 0;
-    return a.size() < b.size() ? -1 : 1;
+    for (std::size_t i = a.size(); i < b.size(); ++i) {
+        if (!is_digit(b[i])) return std::nullopt;
+    }
+    return order;
 }
 
 void CheckTag(std::int32_t tag) {
@@ -92,13 +87,11 @@ bool ArtikelStamm::LookUpArtikelNr(std::wstring_view Nr, std::wstring* Bezeichnu
         if (id == 0) return false;
     }
     ReadRecord(id, record_);
-    // both are made before either is stored
-    std::wstring bezeichnung;
-    std::wstring preis;
-    if (Bezeichnung != nullptr) bezeichnung = text_.FromAnsi(record_.TrimmedBezeichnung());
-    if (Preis != nullptr) preis = text_.FromAnsi(record_.TrimmedPreis());
-    if (Bezeichnung != nullptr) *Bezeichnung = std::move(bezeichnung);
-    if (Preis != nullptr) *Preis = std::move(preis);
+    // Both are made before either is stored, in memory that goes back and forth with the caller's.
+    if (Bezeichnung != nullptr) text_.ReadAnsi(record_.TrimmedBezeichnung(), bezeichnung_);
+    if (Preis != nullptr) text_.ReadAnsi(record_.TrimmedPreis(), preis_);
+    if (Bezeichnung != nullptr) Bezeichnung->swap(bezeichnung_);
+    if (Preis != nullptr) Preis->swap(preis_);
     return true;
 }
 
@@ -137,7 +130,7 @@ std::int32_t ArtikelStamm::CompareItems(std::int32_t id1, std::int32_t id2, std:
     CheckTag(Tag);
     const std::string a(ReadNr(id1));  // a copy: the next read ends the view
     const std::string_view b = ReadNr(id2);
-    if (AllDigits(a) && AllDigits(b)) return CompareDigits(std::string_view(a), b);
+    if (const auto order = OrderOfDigits(a, b)) return *order;
     return text_.CompareText(text_.FromAnsi(a), text_.FromAnsi(b));
 }
 
@@ -155,7 +148,7 @@ std::int32_t ArtikelStamm::CompareItem(const KeyValue& Key, std::int32_t id, std
     if (key == nullptr) RaiseRuntimeError(runtime_error::kTypeMismatch);
     const std::string_view nr = ReadNr(id);
     // Digits sort by their value in every locale, so most comparisons need no collation.
-    if (AllDigits(nr) && AllDigits(*key)) return CompareDigits(*key, nr);
+    if (const auto order = OrderOfDigits(*key, nr)) return *order;
     return text_.CompareText(*key, text_.FromAnsi(nr));
 }
 

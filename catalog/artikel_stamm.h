@@ -82,6 +82,7 @@ class ArtikelStamm final : public IMSContainer {
     std::unique_ptr<MSIndex> index_;
     std::int32_t cursor_ = 0;
     ArtikelRecord record_;  // the one that a lookup has found
+    std::wstring bezeichnung_, preis_;
 };
 
 }  // namespace demovex

@@ -13,7 +13,19 @@ bool LineBefore(const std::pair<std::int32_t, Twips>& own, std::int32_t line) {
 }  // namespace
 
 GridAxis::GridAxis(Scale scale, std::int32_t count, std::int32_t fixed, Twips default_size)
-    : scale_(scale), count_(count), fixed_(fixed), default_size_(default_size), first_(fixed) {}
+    : scale_(scale), count_(count), fixed_(fixed), default_size_(default_size), first_(fixed) {
+    Resized();
+}
+
+void GridAxis::Resized() {
+    default_pixels_ = ToPixels(default_size_);
+    own_total_ = OwnSpan(0, count_);
+}
+
+void GridAxis::SetDefaultSize(Twips size) {
+    default_size_ = size;
+    Resized();
+}
 
 int GridAxis::ToPixels(Twips size) const {
     return size == 0 ? 0 : std::max(1, scale_.ToPixels(size));
@@ -36,11 +48,13 @@ void GridAxis::SetSize(std::int32_t line, Twips size) {
     } else {
         own_.insert(own, Own(line, size));
     }
+    Resized();
 }
 
 void GridAxis::SetCount(std::int32_t count) {
     count_ = count;
     own_.erase(FindOwn(count), own_.end());
+    Resized();
 }
 
 void GridAxis::Insert(std::int32_t index, std::int32_t count) {
@@ -56,6 +70,7 @@ void GridAxis::Remove(std::int32_t index, std::int32_t count) {
         if (own.first >= index) own.first -= count;
     }
     count_ -= count;
+    if (!own_.empty() || own_total_ != 0) Resized();
 }
 
 void GridAxis::Move(std::int32_t first, std::int32_t count, std::int32_t to) {
@@ -73,12 +88,10 @@ void GridAxis::Move(std::int32_t first, std::int32_t count, std::int32_t to) {
     std::sort(own_.begin(), own_.end());
 }
 
-std::int64_t GridAxis::Span(std::int32_t begin, std::int32_t end) const {
-    if (begin >= end) return 0;
-    const std::int64_t usual = ToPixels(default_size_);
-    std::int64_t sum = usual * (std::int64_t{end} - begin);
+std::int64_t GridAxis::OwnSpan(std::int32_t begin, std::int32_t end) const {
+    std::int64_t sum = 0;
     for (auto own = FindOwn(begin); own != own_.end() && own->first < end; ++own) {
-        sum += ToPixels(own->second) - usual;
+        sum += ToPixels(own->second) - default_pixels_;
     }
     return sum;
 }

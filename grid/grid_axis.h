@@ -33,7 +33,7 @@ class GridAxis {
     Twips Size(std::int32_t line) const;
     void SetSize(std::int32_t line, Twips size);
     Twips DefaultSize() const { return default_size_; }
-    void SetDefaultSize(Twips size) { default_size_ = size; }
+    void SetDefaultSize(Twips size);
     // Size in pixels; 0 is hidden, anything else is at least one pixel.
     int Pixels(std::int32_t line) const { return ToPixels(Size(line)); }
     bool Hidden(std::int32_t line) const { return Size(line) == 0; }
@@ -45,9 +45,15 @@ class GridAxis {
     void SetView(int pixels) { view_ = pixels < 0 ? 0 : pixels; }
 
     // Pixels of the lines from `begin` up to, not including, `end`.
-    std::int64_t Span(std::int32_t begin, std::int32_t end) const;
+    std::int64_t Span(std::int32_t begin, std::int32_t end) const {
+        if (begin >= end) return 0;
+        const std::int64_t usual = std::int64_t{default_pixels_} * (std::int64_t{end} - begin);
+        return own_.empty() ? usual : usual + OwnSpan(begin, end);
+    }
     std::int64_t FixedSpan() const { return Span(0, fixed_); }
-    std::int64_t Total() const { return Span(0, count_); }
+    std::int64_t Total() const {
+        return std::int64_t{default_pixels_} * count_ + own_total_;
+    }
     // Where `line` begins, the scroll position counted in; negative for lines scrolled out.
     std::int64_t Place(std::int32_t line) const;
     // The line at a place in the view: fixed or scrolled in; -1 beyond the last or outside.
@@ -69,6 +75,9 @@ class GridAxis {
     using Own = std::pair<std::int32_t, Twips>;
 
     int ToPixels(Twips size) const;
+    // By how much the lines with sizes of their own are larger than usual, from `begin` up to `end`.
+    std::int64_t OwnSpan(std::int32_t begin, std::int32_t end) const;
+    void Resized();
     std::vector<Own>::const_iterator FindOwn(std::int32_t line) const;
     // Pixels left for the scrolled lines.
     std::int64_t Room() const;
@@ -79,6 +88,8 @@ class GridAxis {
     std::int32_t count_;
     std::int32_t fixed_;
     Twips default_size_;
+    int default_pixels_ = 0;
+    std::int64_t own_total_ = 0;  // OwnSpan of all lines
     std::int32_t first_;
     int view_ = 0;
     std::vector<Own> own_;  // sorted by line

@@ -17,6 +17,7 @@ constexpr double kPowersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7
                                    1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
 constexpr std::int64_t kLargestExactPower = 22;
 constexpr std::uint64_t kLargestExactInteger = std::uint64_t{1} << 53;
+constexpr double kLargestInt32 = 2147483647.0;
 
 bool IsDigit(wchar_t c) {
     return c >= L'0' && c <= L'9';
@@ -82,8 +83,8 @@ void AppendGrouped(std::wstring& out, std::string_view digits, const NumberForma
 constexpr std::size_t kShortAmount = 20;
 constexpr std::size_t kShortSeparator = 3;
 
-std::wstring ShortAmountText(bool negative, std::string_view integer, std::string_view two_decimals,
-                             const NumberFormat& format) {
+void ShortAmountText(bool negative, std::string_view integer, std::string_view two_decimals,
+                     const NumberFormat& format, std::wstring& out) {
     wchar_t text[3 + kShortSeparator + kShortAmount * (1 + kShortSeparator)];
     wchar_t* const end = text + sizeof text / sizeof *text;
     wchar_t* at = end;
@@ -108,26 +109,26 @@ std::wstring ShortAmountText(bool negative, std::string_view integer, std::strin
         --room;
     }
     if (negative) put(L'-');
-    return std::wstring(at, end);
+    out.assign(at, static_cast<std::size_t>(end - at));
 }
 
-std::wstring AmountText(bool negative, std::string_view integer, std::string_view two_decimals,
-                        const NumberFormat& format) {
+void AmountText(bool negative, std::string_view integer, std::string_view two_decimals,
+                const NumberFormat& format, std::wstring& out) {
     if (integer.size() <= kShortAmount && format.decimal.size() <= kShortSeparator &&
         format.thousands.size() <= kShortSeparator) {
-        return ShortAmountText(negative, integer, two_decimals, format);
+        ShortAmountText(negative, integer, two_decimals, format, out);
+        return;
     }
-    std::wstring out;
+    out.clear();
     out.reserve(integer.size() * 2 + 4);
     if (negative) out += L'-';
     AppendGrouped(out, integer, format);
     out += format.decimal;
     out.append(two_decimals.begin(), two_decimals.end());
-    return out;
 }
 
 // The exact way, for values near a half and large ones.
-std::wstring FormatAmountExactly(double value, const NumberFormat& format) {
+void FormatAmountExactly(double value, const NumberFormat& format, std::wstring& out) {
     const DecimalForm form = ToDecimal(value);
     // digits of the integer part and of two decimals, then one that decides the rounding
     std::string hundredths;
@@ -153,8 +154,8 @@ std::wstring FormatAmountExactly(double value, const NumberFormat& format) {
     std::string_view integer(hundredths.data(), hundredths.size() - 2);
     // (zero is "000" here, or longer when the digits began with one)
     while (integer.size() > 1 && integer.front() == '0') integer.remove_prefix(1);
-    return AmountText(form.negative && !zero, integer,
-                      std::string_view(hundredths).substr(hundredths.size() - 2), format);
+    AmountText(form.negative && !zero, integer,
+               std::string_view(hundredths).substr(hundredths.size() - 2), format, out);
 }
 
 // The most usual text: up to 15 digits, separators of one character, no sign and no blanks. Nothing
@@ -167,14 +168,19 @@ std::optional<double> ReadShortNumber(std::wstring_view text, const NumberFormat
     }
     const wchar_t decimal = format.decimal[0];
     const wchar_t thousands = format.thousands[0];
-    std::uint64_t integer = 0;
+    // Nine digits and the rest apart: a 32-bit program pays dearly for larger integers.
+    constexpr std::size_t kHeadDigits = 9;
+    std::int32_t head = 0;
+    std::int32_t tail = 0;
     std::size_t digits = 0;
     std::size_t decimals = 0;
     bool in_decimals = false;
     for (std::size_t i = 0; i < text.size(); ++i) {
         const wchar_t c = text[i];
         if (IsDigit(c)) {
-            integer = integer * 10 + static_cast<std::uint64_t>(c - L'0');
+            if (digits == kMostDigits) return std::nullopt;
+            std::int32_t& part = digits < kHeadDigits ? head : tail;
+            part = part * 10 + (c - L'0');
             ++digits;
             if (in_decimals) ++decimals;
         } else if (c == decimal && !in_decimals) {
@@ -184,8 +190,10 @@ std::optional<double> ReadShortNumber(std::wstring_view text, const NumberFormat
             return std::nullopt;
         }
     }
-    if (digits == 0 || digits > kMostDigits) return std::nullopt;
-    return static_cast<double>(integer) / kPowersOfTen[decimals];
+    if (digits == 0) return std::nullopt;
+    double integer = head;
+    if (digits > kHeadDigits) integer = integer * kPowersOfTen[digits - kHeadDigits] + tail;
+    return integer / kPowersOfTen[decimals];
 }
 
 // True and moves `at` behind it when a separator stands there; no-break spaces of either width
@@ -306,7 +314,7 @@ std::optional<double> ReadPlainNumber(std::wstring_view text, const NumberFormat
     return negative ? -value : value;
 }
 
-std::wstring FormatAmount(double value, const NumberFormat& format) {
+void FormatAmount(double value, const NumberFormat& format, std::wstring& out) {
     RequireFinite(value);
     const double hundredths = std::fabs(value) * 100.0;
     if (hundredths < 1e11) {
@@ -315,19 +323,25 @@ std::wstring FormatAmount(double value, const NumberFormat& format) {
         // Below 1e11 the product and the 15-digit form are both within 0.0006 of the true number
         // of hundredths: farther than that from a half, all roundings agree.
         if (std::fabs(rest - 0.5) > 0.001) {
-            const std::uint64_t rounded = static_cast<std::uint64_t>(below) + (rest > 0.5 ? 1 : 0);
+            const double rounded = rest > 0.5 ? below + 1 : below;
             char text[24];
             text[0] = text[1] = '0';
-            const char* end = std::to_chars(text + 2, text + sizeof text, rounded).ptr;
+            // 32 bits suffice for most, and a 32-bit program is much quicker with them
+            const char* end =
+                rounded <= kLargestInt32
+                    ? std::to_chars(text + 2, text + sizeof text, static_cast<std::int32_t>(rounded))
+                          .ptr
+                    : std::to_chars(text + 2, text + sizeof text, static_cast<std::int64_t>(rounded))
+                          .ptr;
             // at least three digits, out of the two zeros put before
             const char* begin = end - (text + 2) >= 3 ? text + 2 : end - 3;
             const std::string_view digits(begin, static_cast<std::size_t>(end - begin));
-            return AmountText(std::signbit(value) && rounded != 0,
-                              digits.substr(0, digits.size() - 2), digits.substr(digits.size() - 2),
-                              format);
+            AmountText(std::signbit(value) && rounded != 0, digits.substr(0, digits.size() - 2),
+                       digits.substr(digits.size() - 2), format, out);
+            return;
         }
     }
-    return FormatAmountExactly(value, format);
+    FormatAmountExactly(value, format, out);
 }
 
 std::wstring FormatGeneral(double value, const NumberFormat& format) {

@@ -37,8 +37,14 @@ std::optional<double> ReadPlainNumber(std::wstring_view text, const NumberFormat
 
 // "#,##0.00": the value's 15-digit decimal form is rounded half away from zero to two decimals,
 // grouped, with at least one integer digit; a minus sign stands first, never before a zero. Digits
-// beyond the fifteenth are zeros. Raises 6 for infinities and values that are no number.
-std::wstring FormatAmount(double value, const NumberFormat& format);
+// beyond the fifteenth are zeros. Replaces `out`, whose memory is used again. Raises 6 for infinities
+// and values that are no number.
+void FormatAmount(double value, const NumberFormat& format, std::wstring& out);
+inline std::wstring FormatAmount(double value, const NumberFormat& format) {
+    std::wstring out;
+    FormatAmount(value, format, out);
+    return out;
+}
 
 // At most 15 digits, without trailing zeros: "2,5", "0,001", "-3". The scientific form
 // ("1,5E+15", "3,33333333333333E-02", at least two digits in the exponent) is used from 1E+15 on

@@ -32,12 +32,24 @@ class ITextService {
     // "#,##0.00" in the user's locale: thousands grouping, at least one integer digit, exactly two
     // decimals; the 15-digit decimal form is rounded half away from zero. A value that rounds to
     // zero has no minus sign.
-    virtual std::wstring FormatAmount(double value) const = 0;
+    std::wstring FormatAmount(double value) const {
+        std::wstring text;
+        WriteAmount(value, text);
+        return text;
+    }
+    // The same in place of `text`, whose memory is used again.
+    virtual void WriteAmount(double value, std::wstring& text) const = 0;
 
     // The system's ANSI code page. A character that it cannot hold becomes "?", and `*lossy` is set
     // to true then (never to false).
     virtual std::string ToAnsi(std::wstring_view text, bool* lossy = nullptr) const = 0;
-    virtual std::wstring FromAnsi(std::string_view bytes) const = 0;
+    std::wstring FromAnsi(std::string_view bytes) const {
+        std::wstring text;
+        ReadAnsi(bytes, text);
+        return text;
+    }
+    // The same in place of `text`, whose memory is used again.
+    virtual void ReadAnsi(std::string_view bytes, std::wstring& text) const = 0;
 };
 
 // The leading number of `text`, read leniently and independent of the locale. Blanks, tabs and line

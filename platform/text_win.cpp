@@ -97,8 +97,8 @@ std::wstring WinTextService::FromNumber(double value) const {
     return FormatGeneral(value, format_);
 }
 
-std::wstring WinTextService::FormatAmount(double value) const {
-    return demovex::FormatAmount(value, format_);
+void WinTextService::WriteAmount(double value, std::wstring& text) const {
+    demovex::FormatAmount(value, format_, text);
 }
 
 void WinTextService::ReadCodePage() {
@@ -149,20 +149,22 @@ std::string WinTextService::ToAnsi(std::wstring_view text, bool* lossy) const {
     return out;
 }
 
-std::wstring WinTextService::FromAnsi(std::string_view bytes) const {
-    if (bytes.empty()) return {};
+void WinTextService::ReadAnsi(std::string_view bytes, std::wstring& text) const {
+    if (bytes.empty()) {
+        text.clear();
+        return;
+    }
     if (single_bytes_) {
-        std::wstring wide(bytes.size(), L'\0');
+        text.resize(bytes.size());
         for (std::size_t i = 0; i < bytes.size(); ++i) {
-            wide[i] = wide_[static_cast<unsigned char>(bytes[i])];
+            text[i] = wide_[static_cast<unsigned char>(bytes[i])];
         }
-        return wide;
+        return;
     }
     const int size = MultiByteToWideChar(CP_ACP, 0, bytes.data(), Length(bytes.size()), nullptr, 0);
     if (size <= 0) RaiseRuntimeError(runtime_error::kOutOfMemory);
-    std::wstring out(static_cast<std::size_t>(size), L'\0');
-    MultiByteToWideChar(CP_ACP, 0, bytes.data(), Length(bytes.size()), out.data(), size);
-    return out;
+    text.resize(static_cast<std::size_t>(size));
+    MultiByteToWideChar(CP_ACP, 0, bytes.data(), Length(bytes.size()), text.data(), size);
 }
 
 }  // namespace demovex

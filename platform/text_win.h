@@ -28,10 +28,10 @@ class WinTextService : public ITextService {
     std::wstring LowerCase(std::wstring_view text) const override;
     double ToNumber(std::wstring_view text) const override;
     std::wstring FromNumber(double value) const override;
-    std::wstring FormatAmount(double value) const override;
+    void WriteAmount(double value, std::wstring& text) const override;
     // No best fits: a character that the code page lacks becomes "?", never a look-alike.
     std::string ToAnsi(std::wstring_view text, bool* lossy = nullptr) const override;
-    std::wstring FromAnsi(std::string_view bytes) const override;
+    void ReadAnsi(std::string_view bytes, std::wstring& text) const override;
 
     const NumberFormat& format() const { return format_; }
 

@@ -15,6 +15,7 @@ namespace demovex {
 struct TotalsTable::Engine {
     sqlite3* database = nullptr;
     sqlite3_stmt* insert = nullptr;
+    sqlite3_stmt* insert_plain = nullptr;
 
     void Must(bool right) const {
         if (right) return;
@@ -29,6 +30,7 @@ struct TotalsTable::Engine {
         Must(sqlite3_prepare_v2(database, sql, -1, &statement, nullptr) == SQLITE_OK);
         return statement;
     }
+    double Number(const char* sql) const;
     static void Bind(sqlite3_stmt* statement, int index, std::string_view text) {
         sqlite3_bind_text(statement, index, text.data(), static_cast<int>(text.size()), nullptr);
     }
@@ -55,6 +57,13 @@ TotalsTable::TotalsTable(const std::vector<Article>& articles)
         " ats REAL, euro REAL, katalog TEXT, url TEXT, gesamt_ats REAL, gesamt_euro REAL);"
         "CREATE TRIGGER sum AFTER INSERT ON basket BEGIN"
         " UPDATE totals SET ats = ats + new.gesamt_ats, euro = euro + new.gesamt_euro; END;"
+        "CREATE TABLE plain_totals(ats REAL, euro REAL);"
+        "INSERT INTO plain_totals VALUES(0, 0);"
+        "CREATE TABLE plain(id INTEGER PRIMARY KEY, artnr TEXT, bezeichnung TEXT, menge TEXT,"
+        " ats TEXT, euro TEXT, katalog TEXT, url TEXT, gesamt_ats TEXT, gesamt_euro TEXT);"
+        "CREATE TRIGGER plain_sum AFTER INSERT ON plain BEGIN UPDATE plain_totals SET"
+        " ats = ats + replace(replace(new.gesamt_ats, '.', ''), ',', '.'),"
+        " euro = euro + replace(replace(new.gesamt_euro, '.', ''), ',', '.'); END;"
         "BEGIN");
     sqlite3_stmt* add = e.Prepare("INSERT INTO article VALUES(?1, ?2, ?3)");
     for (const Article& article : articles) {
@@ -70,16 +79,22 @@ TotalsTable::TotalsTable(const std::vector<Article>& articles)
         "INSERT INTO basket(artnr, bezeichnung, menge, ats, euro, katalog, url, gesamt_ats,"
         " gesamt_euro) SELECT ?1, bezeichnung, ?2, ats, round(ats / 13.7603, 2), ?3, ?4, ?2 * ats,"
         " ?2 * round(ats / 13.7603, 2) FROM article WHERE nr = ?1");
+    e.insert_plain = e.Prepare(
+        "INSERT INTO plain(artnr, bezeichnung, menge, ats, euro, katalog, url, gesamt_ats,"
+        " gesamt_euro) VALUES(?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9)");
 }
 
 TotalsTable::~TotalsTable() {
     sqlite3_finalize(engine_->insert);
+    sqlite3_finalize(engine_->insert_plain);
     sqlite3_close(engine_->database);
 }
 
-void TotalsTable::Load(std::string_view file) {
-    Engine& e = *engine_;
-    e.Run("BEGIN; DELETE FROM basket; UPDATE totals SET ats = 0, euro = 0");
+namespace {
+
+// A basket file's lines after the first, in tab-separated fields; missing ones are empty.
+template <class Action>
+void ForEachLine(std::string_view file, Action action) {
     bool header = true;
     for (std::size_t at = 0; at < file.size();) {
         const std::size_t end = std::min(file.find("\r\n", at), file.size());
@@ -92,23 +107,52 @@ void TotalsTable::Load(std::string_view file) {
             begin = tab + 1;
         }
         at = end + 2;
-        if (std::exchange(header, false)) continue;
+        if (!std::exchange(header, false)) action(fields);
+    }
+}
+
+}  // namespace
+
+void TotalsTable::Load(std::string_view file) {
+    Engine& e = *engine_;
+    e.Run("BEGIN; DELETE FROM basket; UPDATE totals SET ats = 0, euro = 0");
+    ForEachLine(file, [&e](const auto& fields) {
         Engine::Bind(e.insert, 1, fields[0]);
         sqlite3_bind_int(e.insert, 2, std::atoi(std::string(fields[2]).c_str()));
         Engine::Bind(e.insert, 3, fields[5]);
         Engine::Bind(e.insert, 4, fields[6]);
         e.Must(sqlite3_step(e.insert) == SQLITE_DONE);
         sqlite3_reset(e.insert);
-    }
+    });
     e.Run("COMMIT");
 }
 
-double TotalsTable::Total() {
-    sqlite3_stmt* read = engine_->Prepare("SELECT ats FROM totals");
-    engine_->Must(sqlite3_step(read) == SQLITE_ROW);
-    const double total = sqlite3_column_double(read, 0);
+void TotalsTable::LoadPlain(std::string_view file) {
+    Engine& e = *engine_;
+    e.Run("DELETE FROM plain; UPDATE plain_totals SET ats = 0, euro = 0");
+    ForEachLine(file, [&e](const auto& fields) {
+        for (std::size_t i = 0; i < fields.size(); ++i) {
+            Engine::Bind(e.insert_plain, static_cast<int>(i) + 1, fields[i]);
+        }
+        e.Must(sqlite3_step(e.insert_plain) == SQLITE_DONE);
+        sqlite3_reset(e.insert_plain);
+    });
+}
+
+double TotalsTable::Engine::Number(const char* sql) const {
+    sqlite3_stmt* read = Prepare(sql);
+    Must(sqlite3_step(read) == SQLITE_ROW);
+    const double number = sqlite3_column_double(read, 0);
     sqlite3_finalize(read);
-    return total;
+    return number;
+}
+
+double TotalsTable::Total() {
+    return engine_->Number("SELECT ats FROM totals");
+}
+
+double TotalsTable::PlainTotal() {
+    return engine_->Number("SELECT ats FROM plain_totals");
 }
 
 #else
@@ -126,7 +170,13 @@ TotalsTable::~TotalsTable() = default;
 void TotalsTable::Load(std::string_view) {
     std::abort();  // not available
 }
+void TotalsTable::LoadPlain(std::string_view) {
+    std::abort();
+}
 double TotalsTable::Total() {
+    std::abort();
+}
+double TotalsTable::PlainTotal() {
     std::abort();
 }
 

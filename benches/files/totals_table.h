@@ -1,6 +1,7 @@
-// The alternative to a basket of our own: a table in a database in memory, with a trigger that
-// keeps the totals and an indexed table of articles to take descriptions and prices from. Without
-// the engine's source (see cmake/sqlite.cmake) there is none.
+// The alternatives to a basket of our own: a table in a database in memory, with a trigger that
+// keeps the totals. Plain, the lines are inserted as they stand, each by itself; tuned, in one
+// transaction, with descriptions and prices from an indexed table of articles. Without the engine's
+// source (see cmake/sqlite.cmake) there is none.
 #pragma once
 
 #include <memory>
@@ -27,8 +28,13 @@ class TotalsTable {
     // Replaces the basket by the lines of a basket file: a plain splitter takes them apart, one
     // statement, prepared once, looks the article up and inserts, all in one transaction.
     void Load(std::string_view file);
-    // The sum in schillings, to check that all lines are there.
+    // The same without articles: the nine fields of each line as texts, which the trigger reads the
+    // line's total from.
+    void LoadPlain(std::string_view file);
+    // The sum in schillings after Load, to check that all lines are there.
     double Total();
+    // The sum of the line totals that the file itself states, after LoadPlain.
+    double PlainTotal();
 
   private:
     struct Engine;

@@ -52,8 +52,8 @@ class FakeTextService : public ITextService {
     }
 
     std::wstring FromNumber(double value) const override { return FormatGeneral(value, format_); }
-    std::wstring FormatAmount(double value) const override {
-        return demovex::FormatAmount(value, format_);
+    void WriteAmount(double value, std::wstring& text) const override {
+        demovex::FormatAmount(value, format_, text);
     }
 
     std::string ToAnsi(std::wstring_view text, bool* lossy = nullptr) const override {
@@ -75,14 +75,13 @@ class FakeTextService : public ITextService {
         return out;
     }
 
-    std::wstring FromAnsi(std::string_view bytes) const override {
-        std::wstring out;
-        for (char c : bytes) {
-            const auto byte = static_cast<unsigned char>(c);
-            out += byte >= 0x80 && byte < 0xA0 ? UpperControls()[byte - 0x80u]
-                                               : static_cast<wchar_t>(byte);
+    void ReadAnsi(std::string_view bytes, std::wstring& text) const override {
+        text.resize(bytes.size());
+        for (std::size_t i = 0; i < bytes.size(); ++i) {
+            const auto byte = static_cast<unsigned char>(bytes[i]);
+            text[i] = byte >= 0x80 && byte < 0xA0 ? UpperControls()[byte - 0x80u]
+                                                  : static_cast<wchar_t>(byte);
         }
-        return out;
     }
 
   private:
