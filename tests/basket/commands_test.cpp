@@ -90,6 +90,63 @@ TEST(CommandsTable, TheToolbarRunsTheseCommandsInThisOrder) {
     EXPECT_EQ(CommandForToolbarKey(L"Quit"), Command::kNone);
 }
 
+TEST(CommandsTable, TheToolTipsSayWhatTheButtonsDoAndTheirKeys) {
+    const std::vector<std::wstring_view> expected = {
+        L"Leert den Warenkorb",
+        L"Lädt einen Warenkorb (Strg+O)",
+        L"Speichert den Warenkorb (Strg+S)",
+        L"Druckt den Warenkorb am Standarddrucker",
+        L"Ausschneiden (Strg+X)",
+        L"Kopieren (Strg+C)",
+        L"Einfügen (Strg+V)",
+        L"Zeigt den Artikel im Katalog (Strg+G)",
+        L"Fügt am Ende eine neue Zeile ein (Strg+N)",
+        L"Fügt oberhalb der aktuellen Zeile neue Zeilen ein",
+        L"Löscht die selektierten Zeilen (Strg+L)",
+        L"Optimale Spaltenbreite",
+        L"Verschiebt selektierte Zeilen nach oben (Strg+U)",
+        L"Verschiebt selektierte Zeilen nach unten (Strg+D)",
+    };
+    std::vector<std::wstring_view> found;
+    for (const ToolbarButton& button : ToolbarTable()) {
+        if (!button.key.empty()) found.push_back(button.tool_tip);
+    }
+    EXPECT_EQ(found, expected);
+}
+
+// What the window keeps for later and never shows; those below a hidden menu are hidden with it.
+TEST(CommandsTable, TheseItemsAreHiddenOrDisabledFromTheBeginning) {
+    const std::map<std::wstring_view, std::wstring_view> expected = {
+        {L"mnuDel1", L"-"},
+        {L"mnuDateiPreisdateiInstallieren", L"Preisdatei update installieren ..."},
+        {L"mnuDel5", L"-"},
+        {L"mnuDateiSendenanDiskette", L"&Diskette ..."},
+        {L"mnuDateiSendenanWeb", L"&Web"},
+        {L"mnuDelLRUHeader", L"-"},
+        {L"mnuDateiLRU(1)", L"&1"},
+        {L"mnuDateiLRU(2)", L"&2"},
+        {L"mnuDateiLRU(3)", L"&3"},
+        {L"mnuDateiLRU(4)", L"&4"},
+        {L"mnuDel6", L"-"},
+        {L"mnuEditSortNr", L"Warenkorb nach Artikelnummer sortieren"},
+        {L"mnuEditSortText", L"Warenkorb nach Artikeltext sortieren"},
+        {L"mnuDel11", L"-"},
+        {L"mnuEditAppendManual", L"Artikel &manuell erfassen"},
+        {L"mnuDel9", L"-"},
+        {L"mnuAnsichtShowPrice", L"Eigene &Preise anzeigen"},
+        {L"mnuAnsichtShowInfo", L"Zusatz&info in eigener Box anzeigen"},
+        {L"mnuExtras", L"E&xtras"},
+        {L"mnuContext", L"ContextMenu"},
+    };
+    std::map<std::wstring_view, std::wstring_view> found;
+    for (const CommandRow& row : CommandTable()) {
+        if (!row.visible) found.emplace(row.name, row.caption);
+        EXPECT_EQ(row.enabled, row.id != Command::mnuDateiSendenanRTFDoc);
+    }
+    EXPECT_EQ(found, expected);
+    EXPECT_EQ(FindCommand(Command::mnuExtrasOptionen).caption, L"&Optionen ...");
+}
+
 TEST(CommandsTable, EveryButtonHasItsPictureAndTheListItsOwnOrder) {
     const std::vector<std::pair<std::wstring_view, int>> expected = {
         {L"New", 104},         {L"Open", 126},        {L"Save", 106},

@@ -36,6 +36,27 @@ TEST(MenuModel, SendToShowsADisabledDocumentAndTheClipboard) {
     EXPECT_TRUE(entries[1].enabled);
 }
 
+TEST(MenuModel, TheOtherMenusOfANewWindowReadAsDesigned) {
+    const MenuModel menus;
+    EXPECT_EQ(Texts(menus, Command::mnuEdit),
+              (std::vector<std::wstring>{L"A&usschneiden", L"&Kopieren", L"E&infügen", L"-",
+                                         L"&Neue Zeile anfügen\tStrg+N",
+                                         L"Zeile oberhalb der aktuellen Zeile &einfügen\tStrg+E",
+                                         L"Selektierte Zeilen &löschen\tStrg+L", L"-",
+                                         L"Selektierte Zeilen nach &oben verschieben\tStrg+U",
+                                         L"Selektierte Zeilen nach &unten verschieben\tStrg+D"}));
+    EXPECT_EQ(Texts(menus, Command::mnuAnsicht),
+              (std::vector<std::wstring>{L"Artikel im Katalog suchen\tStrg+G", L"-",
+                                         L"Optimale Spaltenbreite einstellen", L"-",
+                                         L"&Symbolleiste", L"S&tatusleiste"}));
+    EXPECT_EQ(Texts(menus, Command::mnuHilfe), (std::vector<std::wstring>{L"Inf&o"}));
+    EXPECT_EQ(
+        Texts(menus, Command::mnuContext),
+        (std::vector<std::wstring>{
+            L"&Gehe zu Katalog", L"-", L"&Kopiere Selektion in die Zwischenablage", L"-",
+            L"Send To 1", L"Send To 2", L"Send To 3", L"Send To 4", L"&Selektion senden an ..."}));
+}
+
 TEST(MenuModel, RecentFilesComeIntoViewWithTheirSeparator) {
     MenuModel menus;
     menus.SetState(Command::mnuDelLRUHeader, {.visible = true});
