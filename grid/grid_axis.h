@@ -51,9 +51,7 @@ class GridAxis {
         return own_.empty() ? usual : usual + OwnSpan(begin, end);
     }
     std::int64_t FixedSpan() const { return Span(0, fixed_); }
-    std::int64_t Total() const {
-        return std::int64_t{default_pixels_} * count_ + own_total_;
-    }
+    std::int64_t Total() const { return std::int64_t{default_pixels_} * count_ + own_total_; }
     // Where `line` begins, the scroll position counted in; negative for lines scrolled out.
     std::int64_t Place(std::int32_t line) const;
     // The line at a place in the view: fixed or scrolled in; -1 beyond the last or outside.
@@ -75,7 +73,8 @@ class GridAxis {
     using Own = std::pair<std::int32_t, Twips>;
 
     int ToPixels(Twips size) const;
-    // By how much the lines with sizes of their own are larger than usual, from `begin` up to `end`.
+    // By how much the lines with sizes of their own are larger than usual, from `begin` up to
+    // `end`.
     std::int64_t OwnSpan(std::int32_t begin, std::int32_t end) const;
     void Resized();
     std::vector<Own>::const_iterator FindOwn(std::int32_t line) const;

@@ -327,12 +327,13 @@ void FormatAmount(double value, const NumberFormat& format, std::wstring& out) {
             char text[24];
             text[0] = text[1] = '0';
             // 32 bits suffice for most, and a 32-bit program is much quicker with them
-            const char* end =
-                rounded <= kLargestInt32
-                    ? std::to_chars(text + 2, text + sizeof text, static_cast<std::int32_t>(rounded))
-                          .ptr
-                    : std::to_chars(text + 2, text + sizeof text, static_cast<std::int64_t>(rounded))
-                          .ptr;
+            const char* end = rounded <= kLargestInt32
+                                  ? std::to_chars(text + 2, text + sizeof text,
+                                                  static_cast<std::int32_t>(rounded))
+                                        .ptr
+                                  : std::to_chars(text + 2, text + sizeof text,
+                                                  static_cast<std::int64_t>(rounded))
+                                        .ptr;
             // at least three digits, out of the two zeros put before
             const char* begin = end - (text + 2) >= 3 ? text + 2 : end - 3;
             const std::string_view digits(begin, static_cast<std::size_t>(end - begin));

@@ -37,8 +37,8 @@ std::optional<double> ReadPlainNumber(std::wstring_view text, const NumberFormat
 
 // "#,##0.00": the value's 15-digit decimal form is rounded half away from zero to two decimals,
 // grouped, with at least one integer digit; a minus sign stands first, never before a zero. Digits
-// beyond the fifteenth are zeros. Replaces `out`, whose memory is used again. Raises 6 for infinities
-// and values that are no number.
+// beyond the fifteenth are zeros. Replaces `out`, whose memory is used again. Raises 6 for
+// infinities and values that are no number.
 void FormatAmount(double value, const NumberFormat& format, std::wstring& out);
 inline std::wstring FormatAmount(double value, const NumberFormat& format) {
     std::wstring out;
