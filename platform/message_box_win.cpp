@@ -29,6 +29,10 @@ MessageAnswer WinMessageBox::Show(std::wstring_view text, std::wstring_view titl
         case IDCANCEL:
             return buttons == MessageButtons::kOk ? MessageAnswer::kOk : MessageAnswer::kCancel;
         default:
+            // the host has ended the window and the box with it: nobody has chosen anything
+            if (owner != nullptr && !IsWindow(owner)) {
+                return buttons == MessageButtons::kOk ? MessageAnswer::kOk : MessageAnswer::kCancel;
+            }
             // an unasked question must not pass for an answer
             RaiseRuntimeError(runtime_error::kOutOfMemory);
     }

@@ -15,11 +15,12 @@
 namespace demovex {
 namespace {
 
-// Waits for a message box of this process, notes what it shows and answers it with a button or,
-// for kEscape, by the window's close command.
+// Waits for a message box of this process, notes what it shows and answers it with a button, for
+// kEscape by the window's close command, or for kOwnerGoes by ending the window that owns it.
 class Answerer {
   public:
     static constexpr int kEscape = -1;
+    static constexpr int kOwnerGoes = -2;
 
     explicit Answerer(int button)
         : thread_([this, button] {
@@ -42,8 +43,12 @@ class Answerer {
               for (int id : {IDOK, IDCANCEL, IDYES, IDNO}) {
                   if (GetDlgItem(box, id) != nullptr) ++buttons;
               }
-              PostMessageW(box, button == kEscape ? WM_CLOSE : WM_COMMAND,
-                           button == kEscape ? 0 : static_cast<WPARAM>(button), 0);
+              if (button == kOwnerGoes) {
+                  PostMessageW(owner, WM_CLOSE, 0, 0);
+              } else {
+                  PostMessageW(box, button == kEscape ? WM_CLOSE : WM_COMMAND,
+                               button == kEscape ? 0 : static_cast<WPARAM>(button), 0);
+              }
           }) {}
     ~Answerer() { Join(); }
     void Join() {
@@ -121,6 +126,22 @@ TEST_F(MessageBoxes, AnswerOkWhenABoxWithOnlyThatButtonIsClosed) {
     Answerer answerer(Answerer::kEscape);
     EXPECT_EQ(box.Show(L"text", L"", MessageButtons::kOk, MessageIcon::kNone), MessageAnswer::kOk);
     EXPECT_TRUE(answerer.seen());
+}
+
+// The host ends its windows while one of them asks.
+TEST_F(MessageBoxes, ABoxThatGoesWithItsOwnerWasClosedWithoutAChoice) {
+    for (const MessageButtons buttons : {MessageButtons::kYesNoCancel, MessageButtons::kOk}) {
+        const HWND owner =
+            CreateWindowExW(0, L"STATIC", L"Warenkorb", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 10, 10,
+                            300, 200, nullptr, nullptr, nullptr, nullptr);
+        WinMessageBox of_owner([owner] { return IsWindow(owner) ? owner : nullptr; }, L"Titel");
+        Answerer answerer(Answerer::kOwnerGoes);
+        EXPECT_EQ(of_owner.Show(L"?", L"Frage", buttons, MessageIcon::kNone),
+                  buttons == MessageButtons::kOk ? MessageAnswer::kOk : MessageAnswer::kCancel);
+        ASSERT_TRUE(answerer.seen());
+        EXPECT_EQ(answerer.owner, owner);
+        EXPECT_FALSE(IsWindow(owner));
+    }
 }
 
 TEST_F(MessageBoxes, ShowTextsBehindANulAndWithoutAnOwner) {
