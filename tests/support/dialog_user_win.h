@@ -32,7 +32,7 @@ class DialogUser {
 
     struct Act {
         Kind kind;
-        int button;
+        int button;              // 0: `look` itself makes the dialog go
         std::wstring name = {};  // typed into the file dialog's name box when not empty
         std::function<void(HWND)> look = {};  // called with the dialog before it is answered
     };
@@ -64,6 +64,14 @@ class DialogUser {
         return seen_;
     }
 
+    // A dialog of this process that takes input: one that waits for an answer to another one is
+    // disabled.
+    static HWND Front() {
+        HWND found = nullptr;
+        EnumWindows(&IsFront, reinterpret_cast<LPARAM>(&found));
+        return found;
+    }
+
     // --- parts of the system's file dialog
     static constexpr int kNameBox = 0x47C;
     static constexpr int kFilterBox = 0x470;
@@ -82,13 +90,6 @@ class DialogUser {
         if (thread_.joinable()) thread_.join();
     }
 
-    // A dialog of this process that takes input: one that waits for an answer to another one is
-    // disabled.
-    static HWND Front() {
-        HWND found = nullptr;
-        EnumWindows(&IsFront, reinterpret_cast<LPARAM>(&found));
-        return found;
-    }
     static BOOL CALLBACK IsFront(HWND window, LPARAM place) {
         DWORD process = 0;
         GetWindowThreadProcessId(window, &process);
@@ -203,7 +204,7 @@ class DialogUser {
 
     // Presses a button, and waits until the dialog has gone or stands behind another one.
     static void Press(HWND dialog, int button) {
-        PostMessageW(dialog, WM_COMMAND, static_cast<WPARAM>(button), 0);
+        if (button != 0) PostMessageW(dialog, WM_COMMAND, static_cast<WPARAM>(button), 0);
         WaitUntil([dialog] { return !IsWindowVisible(dialog) || !IsWindowEnabled(dialog); });
     }
 
