@@ -176,6 +176,34 @@ TEST_F(WindowSaving, AFolderThatIsGoneIsReported) {
     EXPECT_EQ(basket.folder.Get(L"a.bsk"), kHeader + k4711 + k4712);
 }
 
+// The path that was chosen is the basket's from then on, also when it cannot be written.
+TEST_F(WindowSaving, SaveAsToAReadOnlyFileIsReportedAndLeavesIt) {
+    ChangeSaved();
+    basket.folder.Put(L"fest.bsk", "old");
+    basket.folder.SetReadOnly(L"fest.bsk", true);
+    EXPECT_EQ(
+        basket.Choose(Command::mnuDateiSpeichernUnter,
+                      {User::Choose(L"fest.bsk"), User::Overwrite(IDYES), User::Answer(IDOK)}),
+        (Texts{L"Speichern unter: a.bsk", L"<overwrite>",
+               Failed(L"fest.bsk", L"Path/File access error")}));
+    EXPECT_EQ(basket.folder.Get(L"fest.bsk"), "old");
+    EXPECT_EQ(basket.folder.Get(L"a.bsk"), kHeader + k4711);
+    EXPECT_TRUE(basket.Modified());
+    EXPECT_EQ(basket.Caption(), Titled(L"fest.bsk"));
+    EXPECT_EQ(basket.Files(), 2);
+}
+
+TEST_F(WindowSaving, SaveAsIntoAFolderThatDoesNotExistIsReported) {
+    ChangeSaved();
+    EXPECT_EQ(basket.Choose(Command::mnuDateiSpeichernUnter,
+                            {User::Choose(Path(L"fehlt\\b.bsk")), User::Answer(IDOK)}),
+              (Texts{L"Speichern unter: a.bsk", Failed(L"b.bsk", L"Path not found")}));
+    EXPECT_TRUE(basket.Modified());
+    EXPECT_EQ(basket.Numbers(), (Texts{L"4711", L"4712"}));
+    EXPECT_EQ(basket.folder.Get(L"a.bsk"), kHeader + k4711);
+    EXPECT_EQ(basket.Files(), 1);
+}
+
 TEST_F(WindowSaving, ATargetThatIsLetGoOfInTimeIsSaved) {
     ChangeSaved();
     UniqueHandle held = HoldAlone(Path(L"a.bsk"));
