@@ -6,33 +6,13 @@
 #include "client/class_factory_win.h"
 #include "client/guard_win.h"
 #include "client/link_router.h"
+#include "tests/client/error_object_win.h"
 #include "tests/client/fake_client_window.h"
 #include "tests/client/fake_host_win.h"
 #include "tests/support/fake_text_service.h"
 
 namespace demovex {
 namespace {
-
-// Reads and clears the thread's error object.
-struct LastError {
-    LastError() {
-        ComPtr<IErrorInfo> info;
-        if (GetErrorInfo(0, info.Out()) != S_OK) return;
-        present = true;
-        Bstr text;
-        if (SUCCEEDED(info->GetSource(text.Out()))) source = TextOf(text.Get());
-        if (SUCCEEDED(info->GetDescription(text.Out()))) description = TextOf(text.Get());
-    }
-    bool present = false;
-    std::wstring source, description;
-};
-
-// The references that `object` has just now.
-template <typename T>
-ULONG References(T* object) {
-    object->AddRef();
-    return object->Release();
-}
 
 constexpr auto kTypeMismatch = static_cast<HRESULT>(0x800A000D);
 constexpr auto kObjectNotSet = static_cast<HRESULT>(0x800A005B);
@@ -159,7 +139,7 @@ TEST_F(ClientTest, TheHostMayReleaseTheClientWhileItIsToldOfTheClosing) {
 
 TEST_F(ClientTest, ANullOrForeignParentIsATypeMismatchAndLeavesTheObjectAsItWas) {
     EXPECT_EQ(client->Initialize(nullptr), kTypeMismatch);
-    LastError error;
+    ErrorObject error;
     EXPECT_TRUE(error.present);
     EXPECT_EQ(error.source, L"DemoVexClient");
     EXPECT_EQ(error.description, L"Type mismatch");
@@ -182,7 +162,7 @@ TEST_F(ClientTest, ANullOrForeignParentIsATypeMismatchAndLeavesTheObjectAsItWas)
 TEST_F(ClientTest, AFailedInitializeLeavesNothingAndALaterOneWorks) {
     windows.log.fail_initialize = 53;
     EXPECT_EQ(client->Initialize(Parent()), static_cast<HRESULT>(0x800A0035));
-    EXPECT_EQ(LastError().description, L"File not found");
+    EXPECT_EQ(ErrorObject().description, L"File not found");
     EXPECT_EQ(References(client.Get()), 1u);
     EXPECT_EQ(host.references, 1u);
     EXPECT_EQ(windows.log.alive, 0);
@@ -197,7 +177,7 @@ TEST_F(ClientTest, AFailedInitializeLeavesNothingAndALaterOneWorks) {
 TEST_F(ClientTest, BeforeInitializeTheWindowsOperationsReportObjectNotSet) {
     Bstr text;
     EXPECT_EQ(client->get_Caption(text.Out()), kObjectNotSet);
-    EXPECT_EQ(LastError().description, L"Object variable or With block variable not set");
+    EXPECT_EQ(ErrorObject().description, L"Object variable or With block variable not set");
     EXPECT_EQ(client->OpenFile(Bstr(L"a.bsk").Get()), kObjectNotSet);
     EXPECT_EQ(Follow(std::wstring(kBasketPrefix) + L"4711"), kObjectNotSet);
     EXPECT_EQ(Follow(L"http://www.other.example/"), S_OK);
@@ -211,7 +191,7 @@ TEST_F(ClientTest, BeforeInitializeTheWindowsOperationsReportObjectNotSet) {
 TEST_F(ClientTest, NoPlaceForTheResultIsReportedAsSuch) {
     ASSERT_EQ(client->Initialize(Parent()), S_OK);
     EXPECT_EQ(client->get_Caption(nullptr), E_POINTER);
-    EXPECT_TRUE(LastError().present);
+    EXPECT_TRUE(ErrorObject().present);
     EXPECT_EQ(client->get_Description(nullptr), E_POINTER);
     EXPECT_EQ(client->get_Producer(nullptr), E_POINTER);
     EXPECT_EQ(client->EnumURLPrefixes(VARIANT_FALSE, nullptr), E_POINTER);
@@ -235,7 +215,7 @@ TEST_F(ClientTest, AnErrorOfTheWindowReachesTheHostWithNumberSourceAndDescriptio
     ASSERT_EQ(client->Initialize(Parent()), S_OK);
     windows.log.fail_add = 13;
     EXPECT_EQ(Follow(std::wstring(kBasketPrefix) + L"unbekannt"), kTypeMismatch);
-    const LastError error;
+    const ErrorObject error;
     EXPECT_EQ(error.source, L"DemoVexClient");
     EXPECT_EQ(error.description, L"Type mismatch");
     EXPECT_TRUE(sound->played.empty());

@@ -18,6 +18,7 @@
 
 #include "client/com_ptr_win.h"
 #include "demovexclient.h"
+#include "tests/client/error_object_win.h"
 #include "tests/client/fake_host_win.h"
 #include "vexinterfaces.h"
 
@@ -62,26 +63,6 @@ inline std::string ReadBytes(const std::wstring& path) {
     ReadFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &read, nullptr);
     CloseHandle(file);
     return bytes;
-}
-
-// What the last failed call said.
-struct ErrorObject {
-    ErrorObject() {
-        ComPtr<IErrorInfo> info;
-        if (GetErrorInfo(0, info.Out()) != S_OK) return;
-        present = true;
-        Bstr text;
-        if (SUCCEEDED(info->GetSource(text.Out()))) source = TextOf(text.Get());
-        if (SUCCEEDED(info->GetDescription(text.Out()))) description = TextOf(text.Get());
-    }
-    bool present = false;
-    std::wstring source, description;
-};
-
-template <typename T>
-ULONG References(T* object) {
-    object->AddRef();
-    return object->Release();
 }
 
 inline BOOL CALLBACK CollectBasketWindow(HWND window, LPARAM to) noexcept {

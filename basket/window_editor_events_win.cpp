@@ -1,0 +1,181 @@
+// What happens to the controls of the in-place editor: their procedures.
+#include "basket/test_lib_form.h"
+#include "basket/window_editor_win.h"
+
+// after windows.h
+#include <windowsx.h>
+
+namespace demovex {
+namespace {
+
+// The shift state of the event being handled.
+int ShiftState() noexcept {
+    return (GetKeyState(VK_SHIFT) < 0 ? shift_state::kShift : 0) |
+           (GetKeyState(VK_CONTROL) < 0 ? shift_state::kCtrl : 0) |
+           (GetKeyState(VK_MENU) < 0 ? shift_state::kAlt : 0);
+}
+
+// The platform's number of the mouse button that a message's key state names first.
+int ButtonState(WPARAM keys) noexcept {
+    return (keys & MK_LBUTTON ? 1 : 0) | (keys & MK_RBUTTON ? 2 : 0) | (keys & MK_MBUTTON ? 4 : 0);
+}
+
+// Characters below the blank that the text box itself understands: back space, and copy, paste,
+// cut and undo with Ctrl. It beeps at the others or types a box.
+bool TextBoxKnows(wchar_t character) noexcept {
+    if (character == 0x7F) return false;
+    return character >= L' ' || character == 0x08 || character == 0x03 || character == 0x16 ||
+           character == 0x18 || character == 0x1A;
+}
+
+}  // namespace
+
+LRESULT CALLBACK WindowEditor::PictureProc(HWND window, UINT message, WPARAM wparam,
+                                           LPARAM lparam) noexcept {
+    auto* editor = reinterpret_cast<WindowEditor*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+    if (editor == nullptr) return DefWindowProcW(window, message, wparam, lparam);
+    const auto keep = editor->gate_.KeepAlive();
+    if (message == WM_NCDESTROY) {
+        SetWindowLongPtrW(window, GWLP_USERDATA, 0);
+        editor->gone_ = true;
+        return DefWindowProcW(window, message, wparam, lparam);
+    }
+    return editor->OnPictureMessage(window, message, wparam, lparam);
+}
+
+LRESULT WindowEditor::OnPictureMessage(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+    switch (message) {
+        case WM_ERASEBKGND:
+            return 1;
+        case WM_PAINT: {
+            PAINTSTRUCT paint;
+            HDC dc = BeginPaint(window, &paint);
+            if (window == button_) {
+                PaintButton(dc);
+            } else {
+                FillRect(dc, &paint.rcPaint, GetSysColorBrush(COLOR_WINDOW));
+            }
+            EndPaint(window, &paint);
+            return 0;
+        }
+        case WM_COMMAND:
+            if (HIWORD(wparam) == EN_CHANGE && !setting_text_ &&
+                reinterpret_cast<HWND>(lparam) == TextWindow()) {
+                OnTextChanged();
+            }
+            return 0;
+        case WM_LBUTTONUP:
+            if (window == button_) {
+                gate_.Forward([](TestLibForm& form) { form.IPComboButton_Click(); });
+            }
+            return 0;
+        case WM_LBUTTONDOWN:
+            if (window == background_ && ParentActive()) SetFocus(TextWindow());
+            return 0;
+        case WM_MOUSEWHEEL:
+        case WM_MOUSEHWHEEL:
+            return SendMessageW(grid_, message, wparam, lparam);
+        default:
+            return DefWindowProcW(window, message, wparam, lparam);
+    }
+}
+
+LRESULT CALLBACK WindowEditor::TextProc(HWND window, UINT message, WPARAM wparam,
+                                        LPARAM lparam) noexcept {
+    WindowEditor& editor = Of(window);
+    const auto keep = editor.gate_.KeepAlive();
+    if (editor.OnTextMessage(window, message, wparam, lparam)) return 0;
+    if (!IsWindow(window)) return 0;
+    const LRESULT result = CallWindowProcW(editor.text_proc_, window, message, wparam, lparam);
+    // in every host the editor gets all keys
+    return message == WM_GETDLGCODE ? result | DLGC_WANTALLKEYS : result;
+}
+
+bool WindowEditor::OnTextMessage(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+    switch (message) {
+        case WM_KEYDOWN:
+        case WM_SYSKEYDOWN:
+            return OnTextKey(wparam, lparam);
+        case WM_CHAR: {
+            int character = static_cast<int>(wparam);
+            gate_.Forward([&](TestLibForm& form) { form.IPText_KeyPress(character); });
+            if (character == 0 || !TextBoxKnows(static_cast<wchar_t>(character))) return true;
+            if (character != static_cast<int>(wparam) && IsWindow(window)) {
+                CallWindowProcW(text_proc_, window, message, static_cast<WPARAM>(character),
+                                lparam);
+                return true;
+            }
+            return false;
+        }
+        case WM_MOUSEWHEEL:
+        case WM_MOUSEHWHEEL:
+            SendMessageW(grid_, message, wparam, lparam);
+            return true;
+        case WM_CONTEXTMENU:
+            // from the keyboard it is the basket's own menu; the mouse gets the text box's
+            if (lparam != -1) return false;
+            SendMessageW(parent_, message, reinterpret_cast<WPARAM>(window), lparam);
+            return true;
+        default:
+            return false;
+    }
+}
+
+bool WindowEditor::OnTextKey(WPARAM key, LPARAM) {
+    int code = static_cast<int>(key);
+    const int shift = ShiftState();
+    if (shift == shift_state::kCtrl && code == 'A') {
+        SendMessageW(TextWindow(), EM_SETSEL, 0, -1);
+        return true;
+    }
+    gate_.Forward([&](TestLibForm& form) { form.IPText_KeyDown(code, shift); });
+    if (code == 0) return true;
+    if (code == VK_TAB && (shift == 0 || shift == shift_state::kShift)) {
+        SetFocus(grid_);
+        return true;
+    }
+    return false;
+}
+
+LRESULT CALLBACK WindowEditor::ListProc(HWND window, UINT message, WPARAM wparam,
+                                        LPARAM lparam) noexcept {
+    WindowEditor& editor = Of(window);
+    const auto keep = editor.gate_.KeepAlive();
+    if (editor.OnListMessage(message, wparam, lparam)) return 0;
+    if (!IsWindow(window)) return 0;
+    const LRESULT result = CallWindowProcW(editor.list_proc_, window, message, wparam, lparam);
+    return message == WM_GETDLGCODE ? result | DLGC_WANTALLKEYS : result;
+}
+
+bool WindowEditor::OnListMessage(UINT message, WPARAM wparam, LPARAM lparam) {
+    const Twips x = scale_.ToTwips(GET_X_LPARAM(lparam));
+    const Twips y = scale_.ToTwips(GET_Y_LPARAM(lparam));
+    switch (message) {
+        case WM_KEYDOWN: {
+            int code = static_cast<int>(wparam);
+            gate_.Forward([&](TestLibForm& form) { form.IPComboList_KeyDown(code, ShiftState()); });
+            return code == 0;
+        }
+        case WM_MOUSEMOVE:
+            gate_.Forward([&](TestLibForm& form) {
+                form.IPComboList_MouseMove(ButtonState(wparam), ShiftState() & 3, x, y);
+            });
+            return false;
+        case WM_LBUTTONDOWN:
+            // the list must not close on the press: the release chooses
+            return true;
+        case WM_LBUTTONUP:
+            gate_.Forward(
+                [&](TestLibForm& form) { form.IPComboList_MouseUp(1, ShiftState() & 3, x, y); });
+            return true;
+        case WM_KILLFOCUS:
+            if (list_visible_) {
+                gate_.Forward([](TestLibForm& form) { form.IPComboList_LostFocus(); });
+            }
+            return false;
+        default:
+            return false;
+    }
+}
+
+}  // namespace demovex
