@@ -89,6 +89,17 @@ TEST_F(WindowDialogs, ANameTypedByKeysAndEnterIsChosen) {
                            {'O', true},
                            {'O', false},
                            {WORD{VK_CONTROL}, false}});
+        // Wine takes the state of the keys from the X server when a window gets the focus, so a
+        // Ctrl key that was sent just before may count as released, and the letters are typed: they
+        // go.
+        PressKeys(dialog, {{WORD{VK_HOME}, true},
+                           {WORD{VK_HOME}, false},
+                           {WORD{VK_SHIFT}, true},
+                           {WORD{VK_END}, true},
+                           {WORD{VK_END}, false},
+                           {WORD{VK_SHIFT}, false},
+                           {WORD{VK_BACK}, true},
+                           {WORD{VK_BACK}, false}});
         PressKeys(dialog, {{'4', true}, {'4', false}, {'2', true}, {'2', false}});
         const HWND box = GetDlgItem(dialog, User::kNameBox);
         WaitUntil([&] { return (name = User::TextOf(box)) == L"42"; });
