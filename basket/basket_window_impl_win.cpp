@@ -2,6 +2,7 @@
 #include "basket/basket_window_impl_win.h"
 
 #include <algorithm>
+#include <utility>
 #include <vector>
 
 #include "basket/basket_rooms.h"
@@ -237,7 +238,6 @@ bool BasketWindowImpl::CloseUnlessCancelled() noexcept {
     Forward([&](TestLibForm& form) { stays = form.Form_Unload(); });
     closing_ = false;
     if (stays) return false;
-    unloaded_ = true;
     Destroy();
     return true;
 }
@@ -250,16 +250,15 @@ void BasketWindowImpl::Destroy() noexcept {
 // The window is about to go, for whatever reason; its controls still stand.
 void BasketWindowImpl::OnDestroy() noexcept {
     hook_.reset();
-    if (initialised_ && !unloaded_ && owner_) {
+    IBasketOwner* const untold = form_ ? std::exchange(form_->moLibrary, nullptr) : nullptr;
+    if (initialised_ && untold != nullptr) {
         // the host or the system has destroyed the window without asking
-        unloaded_ = true;
         try {
-            owner_->ClientClosing();
+            untold->ClientClosing();
         } catch (...) {
             // there is nobody left to tell
         }
     }
-    if (form_) form_->moLibrary = nullptr;
     menu_.reset();  // takes the menu bar from the window first
 }
 

@@ -123,7 +123,6 @@ class BasketWindowImpl final : public std::enable_shared_from_this<BasketWindowI
     HWND last_focus_ = nullptr;
     bool initialised_ = false;
     bool closing_ = false;
-    bool unloaded_ = false;
 };
 
 }  // namespace demovex

@@ -1,5 +1,7 @@
 #include "basket/test_lib_form.h"
 
+#include <utility>
+
 #include "base/error.h"
 #include "basket/article_master.h"
 #include "basket/basket_files.h"
@@ -114,8 +116,10 @@ bool TestLibForm::Form_Unload() {
         }
     };
     go_on([&] { r.view_commands.WriteSettings(); });
-    if (moLibrary != nullptr) go_on([&] { moLibrary->ClientClosing(); });
-    moLibrary = nullptr;
+    // let go of first: the host may destroy the window from within, and is not told again then
+    if (IBasketOwner* const owner = std::exchange(moLibrary, nullptr)) {
+        go_on([owner] { owner->ClientClosing(); });
+    }
     return false;
 }
 

@@ -216,6 +216,13 @@ TEST(BasketUnload, WorksWithoutAnOwner) {
     EXPECT_FALSE(basket.form.Form_Unload());
 }
 
+TEST(BasketUnload, LetsGoOfTheOwnerBeforeItIsToldSoThatItIsToldOnce) {
+    BasketFixture basket;
+    basket.owner.on_closing = [&] { EXPECT_EQ(basket.form.moLibrary, nullptr); };
+    EXPECT_FALSE(basket.form.Form_Unload());
+    EXPECT_EQ(basket.owner.closed, 1);
+}
+
 TEST(BasketUnload, RefusingSettingsAreReportedAndTheWindowStillCloses) {
     BasketFixture basket;
     basket.settings.refuse = true;

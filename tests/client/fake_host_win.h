@@ -20,6 +20,7 @@ class FakeHost final : public IDispatch, public IVEXHost, public ISupportErrorIn
     bool offers_host = true;
     HRESULT answer = S_OK;  // of both operations
     std::vector<std::wstring> calls;
+    std::function<void()> on_navigating;
     std::function<void(IDispatch*)> on_closing;
     ULONG references = 1;
 
@@ -62,6 +63,7 @@ class FakeHost final : public IDispatch, public IVEXHost, public ISupportErrorIn
     HRESULT STDMETHODCALLTYPE NavigateToCatalog(IDispatch* Client, BSTR URL) noexcept override {
         calls.push_back(L"NavigateToCatalog " + std::wstring(TextOf(URL)) +
                         (Client ? L"" : L" without client"));
+        if (on_navigating) on_navigating();
         return answer;
     }
     HRESULT STDMETHODCALLTYPE ClientClosing(IDispatch* Client) noexcept override {

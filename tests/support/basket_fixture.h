@@ -11,6 +11,7 @@
 // After a failed expectation print basket.AsText().
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -67,6 +68,7 @@ class FakeBasketOwner final : public IBasketOwner {
     std::vector<std::wstring> navigated;
     int closed = 0;
     std::int32_t fail_with = 0;  // raised by either call when not 0
+    std::function<void()> on_closing;
 
     void NavigateToCatalog(std::wstring_view url) override {
         navigated.emplace_back(url);
@@ -74,6 +76,7 @@ class FakeBasketOwner final : public IBasketOwner {
     }
     void ClientClosing() override {
         ++closed;
+        if (on_closing) on_closing();
         if (fail_with != 0) RaiseRuntimeError(fail_with);
     }
 };
