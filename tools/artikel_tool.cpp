@@ -8,11 +8,14 @@
 //
 // Exit codes: 0 all is well, 1 findings, 2 it could not be done (the reason is on the error
 // output).
+#include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <memory>
 #include <stdexcept>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "catalog/artikel_record.h"
 #include "tools/master_file.h"

@@ -83,7 +83,11 @@ std::wstring FromUtf8(std::string_view bytes) {
             if ((next & 0xC0) != 0x80) Fail(L"the text is not UTF-8");
             code = code << 6 | (next & 0x3Fu);
         }
-        if (code > 0x10FFFF) Fail(L"the text is not UTF-8");
+        // written longer than need be, half of a pair, or beyond the last character
+        if ((more == 2 && (code < 0x800 || (code >= 0xD800 && code < 0xE000))) ||
+            (more == 3 && (code < 0x10000 || code > 0x10FFFF))) {
+            Fail(L"the text is not UTF-8");
+        }
         if (sizeof(wchar_t) == 2 && code > 0xFFFF) {
             text += static_cast<wchar_t>(0xD800 + ((code - 0x10000) >> 10));
             text += static_cast<wchar_t>(0xDC00 + ((code - 0x10000) & 0x3FF));

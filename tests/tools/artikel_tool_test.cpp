@@ -153,6 +153,10 @@ TEST(Encodings, Windows1252AndUtf8AgreeOnEveryByte) {
     EXPECT_EQ(ToUtf8(FromUtf8("\xF0\x9F\x94\xA8")), "\xF0\x9F\x94\xA8");
     EXPECT_EQ(MessageOf([] { FromUtf8("S\xE4ge"); }), "the text is not UTF-8");
     EXPECT_EQ(MessageOf([] { FromUtf8("\xC3"); }), "the text is not UTF-8");
+    for (const char* bytes : {"\xC0\xAF", "\xE0\x80\xAF", "\xED\xA0\x80", "\xF0\x80\x80\xAF",
+                              "\xF4\x90\x80\x80", "\xFF"}) {
+        EXPECT_THROW(FromUtf8(bytes), std::runtime_error) << bytes;
+    }
 }
 
 TEST(OrderSound, IsAShortMonoWaveThatNeitherClipsNorClicks) {
