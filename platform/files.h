@@ -18,9 +18,8 @@ class IOutputFile {
   public:
     virtual ~IOutputFile() = default;
     // All of `bytes` or none: a write that breaks off (disk full, say) takes back what it has
-    // written before it raises, so that a text written line by line ends with a whole line.
-    // All of `bytes`. When it fails, what has been written of them is taken back as far as the
-    // system allows; a process that is ended meanwhile may leave a part.
+    // written before it raises, so that a text written line by line ends with a whole line. As far
+    // as the system allows: a process that is ended meanwhile may leave a part.
     virtual void Write(std::string_view bytes) = 0;
     // Returns after the bytes have reached the disk.
     virtual void Flush() = 0;
