@@ -8,6 +8,7 @@
 #   ghostscript, poppler-utils     printed pages read back as PDF
 #   xdotool, xclip, imagemagick    real input, the X clipboard, pictures of the window
 #   x11-utils ..., libxinerama     displays with several monitors and with bars at their edges
+#   bsdextrautils                  column, which sets the tables of ./bench
 set -u
 here=$(cd "$(dirname "$0")/.." && pwd)
 
@@ -16,7 +17,7 @@ packages=(
   wine wine32:i386 fonts-wine fonts-liberation
   xvfb xauth openbox xdotool xclip imagemagick
   x11-utils x11-xserver-utils libxinerama1:i386
-  ghostscript poppler-utils locales
+  ghostscript poppler-utils locales bsdextrautils
   cmake ninja-build make python3 git
   googletest libbenchmark-dev
   clang clang-tidy clang-format libclang-rt-14-dev
@@ -47,28 +48,35 @@ mkdir -p "$here/build"
 
 dpkg --print-foreign-architectures | grep -qx i386 || dpkg --add-architecture i386 >> "$log" 2>&1
 
+# another installation that is under way is waited for
+wait_for_lock="-o DPkg::Lock::Timeout=300"
+
 ordinary() {
   apt-get -q update >> "$log" 2>&1 || return 1
-  apt-get -q -y --no-install-recommends install $need >> "$log" 2>&1
+  apt-get -q -y $wait_for_lock --no-install-recommends install $need >> "$log" 2>&1
 }
 
 # The security suite's i386 index can be out of step with amd64's: then only the release and its
 # updates suite of the same mirror are used, through a private apt configuration.
 release_only() {
-  local dir uri codename key options
+  local dir uri codename key options status
   dir=$(mktemp -d)
   mkdir -p "$dir/parts" "$dir/lists/partial"
   codename=$(. /etc/os-release && echo "$VERSION_CODENAME")
   uri=$(grep -rhE '^(deb |URIs:)' /etc/apt/sources.list /etc/apt/sources.list.d 2>/dev/null |
         grep -oE '[a-z]+://[^ ]+/debian/?( |$)' | head -n 1 | tr -d ' ')
-  [ -n "$uri" ] || return 1
+  [ -n "$uri" ] || { rm -rf "$dir"; return 1; }
   key=$(ls /usr/share/keyrings/debian-archive-keyring.gpg 2>/dev/null)
   options=${key:+[signed-by=$key]}
   printf 'deb %s %s %s main\ndeb %s %s %s-updates main\n' \
     "$options" "$uri" "$codename" "$options" "$uri" "$codename" > "$dir/parts/only.list"
   options="-o Dir::Etc::sourcelist=/dev/null -o Dir::Etc::sourceparts=$dir/parts -o Dir::State::Lists=$dir/lists"
   apt-get -q $options update >> "$log" 2>&1 &&
-    apt-get -q -y --no-install-recommends --allow-downgrades $options install $need >> "$log" 2>&1
+    apt-get -q -y $wait_for_lock --no-install-recommends --allow-downgrades $options install $need \
+      >> "$log" 2>&1
+  status=$?
+  rm -rf "$dir"
+  return $status
 }
 
 ordinary || release_only || ordinary ||

@@ -73,8 +73,10 @@ wine_prefix() {
     [ -e "$wine_dir/template/system.reg" ] || make_template
   ) 9> "$wine_dir/template.lock" || return 1
   if [ ! -e "$p/system.reg" ]; then
-    rm -rf "$p"
-    cp -a "$wine_dir/template" "$p"
+    # under its own name only when whole: a copy that was broken off is not taken for a prefix
+    rm -rf "$p" "$p.new"
+    cp -a "$wine_dir/template" "$p.new" && mv "$p.new" "$p" ||
+      { echo "wine: the prefix $p could not be made" >&2; return 1; }
   fi
   export WINEPREFIX=$p
 }
