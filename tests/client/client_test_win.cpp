@@ -84,6 +84,9 @@ TEST_F(ClientTest, TheInterfacesSlotsStandInThePublishedOrder) {
     // what a host compiled long ago does: the slot's number, nothing else
     void** table = *reinterpret_cast<void***>(plug.Get());
     using GetText = HRESULT(STDMETHODCALLTYPE*)(void*, BSTR*);
+    using EnumPrefixes = HRESULT(STDMETHODCALLTYPE*)(void*, VARIANT_BOOL, BSTR*);
+    using Initialize = HRESULT(STDMETHODCALLTYPE*)(void*, IDispatch*);
+    using OnSelectURL = HRESULT(STDMETHODCALLTYPE*)(void*, BSTR, BSTR, BSTR);
     using OpenFile = HRESULT(STDMETHODCALLTYPE*)(void*, BSTR);
     const auto get = [&](int slot) {
         Bstr text;
@@ -93,8 +96,44 @@ TEST_F(ClientTest, TheInterfacesSlotsStandInThePublishedOrder) {
     EXPECT_EQ(get(3), L"Vexmart Demo Warenkorb 1.1");
     EXPECT_EQ(get(4), L"Vexmart Test Client");
     EXPECT_EQ(get(5), L"K.O.L.M.");
+    Bstr none;
+    EXPECT_EQ(reinterpret_cast<EnumPrefixes>(table[6])(plug.Get(), VARIANT_TRUE, none.Out()), S_OK);
+    EXPECT_EQ(TextOf(none.Get()), L"");
+    EXPECT_EQ(reinterpret_cast<Initialize>(table[7])(plug.Get(), nullptr), kTypeMismatch);
+    const Bstr link(std::wstring(kBasketPrefix) + L"1"), position(L"pos"), name(L"name");
+    EXPECT_EQ(
+        reinterpret_cast<OnSelectURL>(table[8])(plug.Get(), link.Get(), position.Get(), name.Get()),
+        S_OK);
+    EXPECT_EQ(windows.log.calls.back(), L"1: AddArtikel 1|name|pos|False|1|True");
     EXPECT_EQ(reinterpret_cast<OpenFile>(table[9])(plug.Get(), Bstr(L"x.bsk").Get()), S_OK);
     EXPECT_EQ(windows.log.calls.back(), L"1: Load x.bsk");
+}
+
+TEST_F(ClientTest, TheHostsSlotsStandInThePublishedOrder) {
+    void** table = *reinterpret_cast<void***>(static_cast<IVEXHost*>(&host));
+    using Navigate = HRESULT(STDMETHODCALLTYPE*)(void*, IDispatch*, BSTR);
+    using Closing = HRESULT(STDMETHODCALLTYPE*)(void*, IDispatch*);
+    auto* const object = static_cast<IVEXHost*>(&host);
+    const Bstr address(L"vex://1");
+    EXPECT_EQ(reinterpret_cast<Navigate>(table[3])(object, Parent(), address.Get()), S_OK);
+    EXPECT_EQ(reinterpret_cast<Closing>(table[4])(object, Parent()), S_OK);
+    EXPECT_EQ(host.calls,
+              (std::vector<std::wstring>{L"NavigateToCatalog vex://1", L"ClientClosing"}));
+}
+
+// Hosts have them compiled in.
+TEST(PublishedIdentifiers, NeverChange) {
+    const auto text = [](const GUID& id) {
+        wchar_t braced[40] = L"";
+        StringFromGUID2(id, braced, 40);
+        return std::wstring(braced);
+    };
+    EXPECT_EQ(text(LIBID_DemoVexClient), L"{CEEF0284-8A5C-4758-8F46-73D09F214B95}");
+    EXPECT_EQ(text(IID__Client), L"{CEEF0285-8A5C-4758-8F46-73D09F214B95}");
+    EXPECT_EQ(text(CLSID_Client), L"{CEEF0286-8A5C-4758-8F46-73D09F214B95}");
+    EXPECT_EQ(text(LIBID_VEXInterfaces), L"{7BF72F3D-67A3-43AA-97EC-828EC81B5EC7}");
+    EXPECT_EQ(text(IID_IVEXClient), L"{7BF72F3E-67A3-43AA-97EC-828EC81B5EC7}");
+    EXPECT_EQ(text(IID_IVEXHost), L"{7BF72F3F-67A3-43AA-97EC-828EC81B5EC7}");
 }
 
 TEST_F(ClientTest, ReferencesAreExact) {

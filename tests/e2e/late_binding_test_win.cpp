@@ -69,6 +69,15 @@ TEST_F(LateBound, AnswersByName) {
     EXPECT_EQ(Text(object.Get(), L"EnumURLPrefixes", DISPATCH_METHOD), L"");
 }
 
+TEST_F(LateBound, ItsMembersKeepTheirNumbers) {
+    const auto object = NewObject();
+    DISPID expected = 0;
+    for (const wchar_t* name : {L"moParent", L"Caption", L"Description", L"Producer",
+                                L"EnumURLPrefixes", L"Initialize", L"OnSelectURL", L"OpenFile"}) {
+        EXPECT_EQ(IdOf(object.Get(), name), ++expected) << name;
+    }
+}
+
 TEST_F(LateBound, DrivesAWholeOrder) {
     const auto object = NewObject();
     ASSERT_EQ(Call(object.Get(), L"Initialize", DISPATCH_METHOD, {Object(Parent())}), S_OK);
