@@ -34,5 +34,4 @@ endfunction()
 if(WIN32)
   set(DEMOVEX_SYSTEM_LIBS comctl32 comdlg32 gdi32 user32 shell32 ole32 oleaut32 oleacc uuid winmm
       winspool advapi32 shlwapi)
-  link_libraries()
 endif()
