@@ -3,10 +3,14 @@
 # it fails. Quick when nothing has changed.
 set -u
 cd "$(dirname "$0")/.." || exit 1
-preset=$1; shift
+preset=${1:?usage: build.sh PRESET [TARGET...]}; shift
 mkdir -p build
 log=build/$preset.log
-fail() { echo "build: $preset failed (build/$preset.log):" >&2; grep -E -A6 'error|Error|missing' "$log" | head -n 40 >&2; exit 1; }
+fail() {
+  echo "build: $preset failed (build/$preset.log):" >&2
+  { grep -E -A6 'error|Error|missing' "$log" || tail -n 20 "$log"; } | head -n 40 >&2
+  exit 1
+}
 [ -f "build/$preset/build.ninja" ] || echo "building: $preset (once)"
 cmake --preset "$preset" > "$log" 2>&1 || fail
 targets=()

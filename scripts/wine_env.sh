@@ -111,7 +111,8 @@ start_wine() {
 }
 
 stop_all() {
-  timeout 20 wineserver -k > /dev/null 2>&1
+  # never the server of a prefix that is not ours, as long as none of ours has been made
+  case ${WINEPREFIX:-} in "$wine_dir"/*) timeout 20 wineserver -k > /dev/null 2>&1 ;; esac
   [ -n "$display_pid" ] && kill "$display_pid" > /dev/null 2>&1
   wait > /dev/null 2>&1
 }

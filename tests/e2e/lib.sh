@@ -13,7 +13,8 @@ checks=0
 failures=0
 
 begin() {
-  local name=$1 bin=$2
+  local name=$1 bin
+  bin=$(cd "$2" && pwd) || exit 1
   for file in DemoVexClient.dll DemoVexHost.exe; do
     [ -e "$bin/$file" ] || { echo "missing: $bin/$file"; exit 1; }
   done
