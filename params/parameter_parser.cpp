@@ -184,7 +184,10 @@ void ParameterParser::Compact() noexcept {
     }
     for (const Row& row : rows_) {
         for (std::int32_t col = 1; col <= row.count; ++col) {
+            // An empty field has no place: it may drop out of its row, be passed over here from
+            // then on, and count again later.
             Field& field = FieldAt(row, col);
+            if (field.length == 0) continue;
             const std::size_t offset = packed.size();
             packed.append(text_, field.offset, field.length);
             field.offset = offset;

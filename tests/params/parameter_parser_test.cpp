@@ -290,6 +290,27 @@ TEST(ParameterParser, ANewFieldIsKeptWhenTheArenaIsTidiedUp) {
     }
 }
 
+// A field that was empty between two others when the arena was tidied up, then dropped with the
+// last one, comes back when the row grows again.
+TEST(ParameterParser, AnEmptyFieldStaysEmptyWhenTheArenaIsTidiedUpTwice) {
+    ParameterParser parser;
+    const auto tidy_up = [&parser](std::int32_t row) {
+        parser.SetValue(1, row, std::wstring(20000, L'x'));
+        parser.SetValue(1, row, L"y");
+    };
+    parser.SetValue(1, 1, std::wstring(9000, L'x'));
+    parser.SetValue(1, 2, L"a");
+    parser.SetValue(3, 2, L"c");
+    tidy_up(3);
+    EXPECT_EQ(parser.Value(2, 2), L"");
+    parser.SetValue(3, 2, L"");
+    parser.SetValue(1, 1, L"y");
+    tidy_up(3);
+    parser.SetValue(3, 2, L"d");
+    EXPECT_EQ(parser.Value(2, 2), L"");
+    EXPECT_EQ(parser.ParameterString(), L"y;a,,d;y;");
+}
+
 TEST(ParameterParser, NulCharactersAreCharacters) {
     const std::wstring text(L"a\0b,\0;\0", 7);
     const ParameterParser parser = Parsed(text);
