@@ -8,6 +8,7 @@
 #include "basket/columns.h"
 #include "basket/file_texts.h"
 #include "basket/progress_scope.h"
+#include "basket/scopes.h"
 #include "dialogs/common_dialogs.h"
 #include "params/parameter_parser.h"
 
@@ -143,20 +144,22 @@ void BasketFiles::mnuDateiNeu_Click() {
     QuerySaveChanges(Cancel);
     if (Cancel) return;
 
+    rows_.CloseEditor();  // a link followed while the question stood may have opened it again
+
     IFlexGrid& grid = context_.Liste;
-    context_.state.SuppressEditor = true;
-    grid.SetRedraw(false);
-    rows_.ClearRows();
-    rows_.SetCell(grid.Rows() - 1, column::kGesamtAts, L"");
-    rows_.SetCell(grid.Rows() - 1, column::kGesamtEuro, L"");
-    grid.SetRedraw(true);
+    const SuppressEditorScope suppress(context_.state);
+    {
+        const RedrawOffScope redraw_off(grid);
+        rows_.ClearRows();
+        rows_.SetCell(grid.Rows() - 1, column::kGesamtAts, L"");
+        rows_.SetCell(grid.Rows() - 1, column::kGesamtEuro, L"");
+    }
     grid.SetCol(column::kBezeichnung);
     rows_.Liste_RowColChange();
 
     context_.state.CurrentPath.clear();
     SetBasketCaption(context_, kDesignedCaption);
     context_.state.Modified = false;
-    context_.state.SuppressEditor = false;
 }
 
 void BasketFiles::mnuDateiOeffnen_Click() {
@@ -165,12 +168,16 @@ void BasketFiles::mnuDateiOeffnen_Click() {
     QuerySaveChanges(Cancel);
     if (Cancel) return;
 
+    const bool asked = context_.state.Modified;  // and answered: the changes may go
     CommonDialogs dialogs(context_.services.file_dialogs);
     const std::wstring path =
         dialogs.GetOpenFileName({.InitDir = context_.services.component_folder,
                                  .Title = L"Öffnen",
                                  .sExtensions = kBasketFilter});
     if (path.empty()) return;
+    // The host is not blocked by the dialog: what was ordered meanwhile is not lost without a word.
+    if (!asked) QuerySaveChanges(Cancel);
+    if (Cancel) return;
     try {
         Load(path);
     } catch (const Error& error) {

@@ -111,6 +111,64 @@ TEST_F(Document, AnArticleNumberBeingTypedDoesNotReachTheNextBasket) {
     EXPECT_EQ(Total(column::kGesamtAts), L"100,00");
 }
 
+// The host goes on while the question stands: a link to the article of the last row opens the
+// editor on that row's quantity.
+TEST_F(Document, AnArticleOrderedDuringTheQuestionDoesNotReachTheNewBasket) {
+    Changed();
+    Click(2, column::kMenge);
+    messages.while_open = [&] { Link(L"4712"); };
+    messages.answers = {MessageAnswer::kNo};
+    EXPECT_EQ(RaisedBy([&] { form.Run(Command::mnuDateiNeu); }), 0);
+    EXPECT_EQ(Lines(), 0);
+    EXPECT_EQ(Total(column::kMenge), L"");
+    EXPECT_EQ(Total(column::kGesamtAts), L"");
+    EXPECT_TRUE(grid.Redraw());
+    EXPECT_FALSE(form.Modified());
+    EXPECT_FALSE(form.State().SuppressEditor);
+    EXPECT_EQ(form.Caption(), kDesignedCaption);
+    EXPECT_FALSE(view.EditorOpen());
+}
+
+TEST_F(Document, AnArticleOrderedDuringTheQuestionIsSavedWithTheRest) {
+    Changed();
+    Click(2, column::kMenge);
+    messages.while_open = [&] { Link(L"4712"); };
+    messages.answers = {MessageAnswer::kYes};
+    form.Run(Command::mnuDateiNeu);
+    EXPECT_NE(Saved().find("\r\n4712\tDuftwasser\t2\t"), std::string::npos) << Saved();
+    EXPECT_EQ(Lines(), 0);
+}
+
+// Nothing had to be asked before the dialog opened; what comes in while it is open has to be.
+TEST_F(Document, AnArticleOrderedWhileTheOpenDialogStandsIsAskedAbout) {
+    PutBasket("4711\t\t1\r\n");
+    for (const MessageAnswer answer : {MessageAnswer::kCancel, MessageAnswer::kNo}) {
+        messages.shown.clear();
+        messages.answers = {answer};
+        file_dialogs.Choose(kFile);
+        file_dialogs.while_open = [&] { Link(L"4712"); };
+        form.Run(Command::mnuDateiNeu);
+        ASSERT_TRUE(messages.shown.empty());
+        form.Run(Command::mnuDateiOeffnen);
+        ASSERT_EQ(messages.shown.size(), 1u);
+        EXPECT_EQ(messages.shown[0].title, L"Schließen");
+        const bool loaded = answer == MessageAnswer::kNo;
+        EXPECT_EQ(Column(column::kArtNr), (std::vector<std::wstring>{loaded ? L"4711" : L"4712"}));
+        EXPECT_EQ(form.Modified(), !loaded);
+        messages.answers = {MessageAnswer::kNo};
+        form.Run(Command::mnuDateiNeu);
+    }
+}
+
+TEST_F(Document, ChangesThatAreNotToBeSavedAreAskedAboutOnce) {
+    Changed();
+    file_dialogs.Choose(kFile);
+    messages.answers = {MessageAnswer::kNo};
+    form.Run(Command::mnuDateiOeffnen);
+    EXPECT_EQ(messages.shown.size(), 1u);
+    EXPECT_EQ(Column(column::kArtNr), (std::vector<std::wstring>{L"4711"}));
+}
+
 TEST_F(Document, AfterALoadThatFailedForTheHostTheNextLinkPaintsTheGridAgain) {
     PutBasket("4711\t\t2\r\n4712\t\tviele\r\n");
     EXPECT_EQ(RaisedBy([&] { form.Load(kFile); }), -1);

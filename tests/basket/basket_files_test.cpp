@@ -397,6 +397,22 @@ TEST_F(BasketFilesTest, NewEmptiesTheBasketAndForgetsItsFile) {
     EXPECT_FALSE(state.SuppressEditor);
 }
 
+TEST_F(BasketFilesTest, ANewThatBreaksOffLeavesAGridThatIsPaintedAndAnEditorThatOpens) {
+    FillBasket();
+    state.Modified = false;
+    struct Raising final : IFlexGridEvents {
+        void RowColChange() override { RaiseRuntimeError(runtime_error::kOutOfMemory); }
+        void SelChange() override {}
+        void Scroll() override {}
+    } raising;
+    grid.SetRow(2);
+    grid.events = &raising;
+    EXPECT_EQ(RaisedBy([&] { basket.mnuDateiNeu_Click(); }), 7);
+    grid.events = nullptr;
+    EXPECT_TRUE(grid.Redraw());
+    EXPECT_FALSE(state.SuppressEditor);
+}
+
 TEST_F(BasketFilesTest, ANewBasketAddsUpFromZero) {
     FillBasket();
     state.Modified = false;
@@ -423,7 +439,8 @@ TEST_F(BasketFilesTest, ATextBeingTypedIsAskedAbout) {
         editor.typed = [&] { state.Modified = true; };
         messages.answers = {MessageAnswer::kCancel};
         command(basket);
-        EXPECT_EQ(messages.shown.size(), 1u);
+        ASSERT_EQ(messages.shown.size(), 1u);
+        EXPECT_EQ(LastMessage().text, kQuestion);
         EXPECT_TRUE(dialogs.shown.empty());
     }
 }

@@ -7,7 +7,9 @@
 
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/file_dialogs.h"
@@ -21,6 +23,8 @@ struct FakeFileDialogs : IFileDialogs {
     };
     std::vector<Shown> shown;
     std::deque<FileDialogResult> answers;
+    // What goes on while the next dialog is open: a host is not blocked by it.
+    std::function<void()> while_open;
 
     void Choose(std::wstring path, std::uint32_t flags = 0) {
         answers.push_back({false, std::move(path), flags});
@@ -37,6 +41,7 @@ struct FakeFileDialogs : IFileDialogs {
   private:
     FileDialogResult Answer(bool save, const FileDialogRequest& request) {
         shown.push_back({save, request});
+        if (const auto meanwhile = std::exchange(while_open, nullptr)) meanwhile();
         if (answers.empty()) return {};
         FileDialogResult answer = std::move(answers.front());
         answers.pop_front();

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <deque>
+#include <functional>
 #include <map>
 #include <string>
 #include <string_view>
@@ -58,10 +59,13 @@ class FakeMessageBox : public IMessageBox {
     std::vector<Shown> shown;
     std::deque<MessageAnswer> answers;
     MessageAnswer otherwise = MessageAnswer::kCancel;
+    // What goes on while the next box is open: a host is not blocked by it.
+    std::function<void()> while_open;
 
     MessageAnswer Show(std::wstring_view text, std::wstring_view title, MessageButtons buttons,
                        MessageIcon icon) override {
         shown.push_back({std::wstring(text), std::wstring(title), buttons, icon});
+        if (const auto meanwhile = std::exchange(while_open, nullptr)) meanwhile();
         if (answers.empty()) {
             return buttons == MessageButtons::kOk ? MessageAnswer::kOk : otherwise;
         }
