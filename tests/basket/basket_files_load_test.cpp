@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <new>
+
 #include "basket/basket_files.h"
 #include "tests/support/files_fixture.h"
 
@@ -56,6 +58,14 @@ TEST_F(LoadTest, TheFileBecomesTheCurrentOneAndTheBasketIsUnmodified) {
     EXPECT_EQ(grid.RowSel(), 1);
     EXPECT_EQ(grid.ColSel(), 1);
     EXPECT_TRUE(messages.shown.empty());
+}
+
+TEST_F(LoadTest, TheFirstRowsArticleNumberIsCurrentAfterwards) {
+    LoadLines("4711\t\t5\r\n4712\t\t1\r\n\tfrei\r\n");
+    EXPECT_EQ(grid.Row(), 1);
+    EXPECT_EQ(grid.RowSel(), 1);
+    EXPECT_EQ(grid.Col(), column::kArtNr);
+    EXPECT_EQ(grid.ColSel(), column::kArtNr);
 }
 
 TEST_F(LoadTest, TheOldRowsAreReplaced) {
@@ -316,6 +326,43 @@ TEST_F(LoadTest, TheGridIsPaintedAgainWithTheNextCommandAfterALoadThatFailed) {
     state.Loading = true;
     basket.Thaw();
     EXPECT_FALSE(grid.Redraw());
+}
+
+// Neither what no handler expects nor the end of memory leaves the window as if it were loading.
+TEST_F(LoadTest, WhateverEndsALoadTheWindowGoesOn) {
+    const auto expect_idle = [&] {
+        EXPECT_FALSE(state.Loading);
+        EXPECT_FALSE(state.SuppressEditor);
+        EXPECT_FALSE(state.Modified);
+        EXPECT_EQ(view.progress_depth, 0);
+    };
+    const std::wstring path = PutBasket(L"a.bsk", "4711\t\t1\r\n");
+    files.KillAt(1);
+    state.Modified = true;
+    EXPECT_THROW(basket.Load(path), Killed);
+    expect_idle();
+
+    struct Exhausted final : IArticleLookup {
+        bool LookUpArtikelNr(const std::wstring&, std::wstring&, std::wstring&) override {
+            throw std::bad_alloc();
+        }
+    } exhausted;
+    Services own{text,  disk,  settings, clipboard, messages,
+                 sound, shell, printer,  dialogs,   services.component_folder};
+    BasketContext own_context{grid, view, own, state};
+    BasketRows own_rows(own_context, editor, exhausted);
+    BasketFiles own_basket(own_context, own_rows, recent);
+    state.Modified = true;
+    std::wstring raised;
+    try {
+        own_basket.Load(path);
+    } catch (const Error& error) {
+        EXPECT_EQ(error.number(), -1);
+        EXPECT_EQ(error.source(), L"Load");
+        raised = error.description();
+    }
+    EXPECT_EQ(raised, LoadErrorOf(path, L"Out of memory"));
+    expect_idle();
 }
 
 TEST_F(LoadTest, ARefusingSettingsStoreFailsTheLoadBeforeTheRowsGo) {

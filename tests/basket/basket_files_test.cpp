@@ -98,6 +98,17 @@ TEST_F(BasketFilesTest, TheCellBeingEditedIsSavedToo) {
     EXPECT_NE(folder.Get(L"a.bsk").find("\t9\t100,00\t"), std::string::npos);
 }
 
+TEST_F(BasketFilesTest, ACellThatCannotBeCommittedEndsTheSaveBeforeAnythingIsStored) {
+    FillBasket();
+    folder.Put(L"a.bsk", "old");
+    state.CurrentPath = folder / L"a.bsk";
+    editor.typed = [] { RaiseRuntimeError(runtime_error::kTypeMismatch); };
+    EXPECT_EQ(SaveError(), 13);
+    EXPECT_EQ(folder.Get(L"a.bsk"), "old");
+    EXPECT_TRUE(settings.values.empty());
+    EXPECT_TRUE(state.Modified);
+}
+
 TEST_F(BasketFilesTest, AShorterBasketLeavesNothingOfTheOldFile) {
     folder.Put(L"a.bsk", std::string(1000, 'x'));
     state.CurrentPath = folder / L"a.bsk";
@@ -297,6 +308,14 @@ TEST_F(BasketFilesTest, SaveAsStartsAtTheCurrentFile) {
     ASSERT_EQ(dialogs.shown.size(), 1u);
     EXPECT_EQ(dialogs.shown[0].request.init_dir, L"C:\\a/b");
     EXPECT_EQ(dialogs.shown[0].request.file_name, L"c.bsk");
+}
+
+TEST_F(BasketFilesTest, SaveAsCommitsTheCellBeingEditedBeforeItAsks) {
+    std::size_t asked = 1;
+    editor.typed = [&] { asked = dialogs.shown.size(); };
+    basket.mnuDateiSpeichernUnter_Click();
+    EXPECT_EQ(asked, 0u);
+    EXPECT_EQ(dialogs.shown.size(), 1u);
 }
 
 TEST_F(BasketFilesTest, ACancelledSaveAsChangesNothing) {
@@ -504,6 +523,14 @@ TEST_F(BasketFilesTest, ARecentFileThatWasDeletedIsReportedWithTheStopSign) {
     EXPECT_EQ(LastMessage().buttons, MessageButtons::kOk);
     EXPECT_EQ(LastMessage().icon, MessageIcon::kCritical);
     EXPECT_EQ(recent.Tag(1), path);
+}
+
+TEST_F(BasketFilesTest, AfterARecentFileThatFailedHalfWayTheGridIsPainted) {
+    recent.AddRecentFile(PutBasket(L"a.bsk", "4711\t\t1\r\n4712\t\tabc\r\n"));
+    basket.mnuDateiLRU_Click(1);
+    ASSERT_EQ(messages.shown.size(), 1u);
+    EXPECT_EQ(ArticleNumbers(), (Texts{L"4711", L"4712", L""}));
+    EXPECT_TRUE(grid.Redraw());
 }
 
 TEST_F(BasketFilesTest, AnAbandonedRecentFileIsNotLoaded) {

@@ -134,6 +134,42 @@ TEST_F(PrintingTest, TheLeftMarginIsRoundedWithHalvesToEven) {
     EXPECT_EQ(LayOutPages(grid, 11424, 16358, 200).x.front(), 685);  // 685.44
 }
 
+// The share is made a whole number, halves to even, and only then divided.
+TEST_F(PrintingTest, AColumnsShareIsAWholeNumberBeforeItIsDivided) {
+    for (std::int32_t c = 0; c < grid.Cols(); ++c) grid.SetColWidth(c, 0);
+    grid.SetColWidth(1, 1);
+    grid.SetColWidth(2, 4);
+    EXPECT_EQ(LayOutPages(grid, 5, 16358, 200).width(1), 0);  // 4.5 is 4, not 5; by 5
+    grid.SetColWidth(1, 3);
+    grid.SetColWidth(2, 11);
+    EXPECT_EQ(LayOutPages(grid, 5, 16358, 200).width(1), 1);  // 13.5 is 14, not 13; by 14
+}
+
+TEST_F(PrintingTest, ALineIsAsHighAsTheBodyTypeWhateverThePrinterBeginsWith) {
+    struct Large : FakePrinter {
+        std::unique_ptr<IPrintJob> Begin(std::wstring_view name) override {
+            std::unique_ptr<IPrintJob> job = FakePrinter::Begin(name);
+            job->SetFont(24, true);
+            return job;
+        }
+    } large;
+    Printing other(grid, large, messages,
+                   {[] {}, [] { return std::wstring(); }, [] { return std::wstring(); },
+                    [](std::wstring_view) {}, [] {}});
+    other.mnuDateiDrucken_Click();
+    ASSERT_EQ(large.pages.size(), 1u);
+    EXPECT_EQ(large.pages[0].texts[0].y, kLine);
+}
+
+TEST_F(PrintingTest, AColumnWhosePrintedWidthIsZeroIsNotFramed) {
+    grid.SetColWidth(1, 1);
+    grid.SetColWidth(2, 900'000);
+    printing.mnuDateiDrucken_Click();
+    ASSERT_EQ(LayOutPages(grid, printer.page_width, printer.page_height, 200).width(1), 0);
+    for (const auto& frame : printer.pages.at(0).frames) EXPECT_LT(frame.left, frame.right);
+    EXPECT_FALSE(Has(0, L"ArtNr"));
+}
+
 TEST_F(PrintingTest, TitleStandsOneLineDownBoldInSixteenPoints) {
     printing.mnuDateiDrucken_Click();
     EXPECT_EQ(printer.pages[0].texts[0],

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <new>
 
 #include "tests/support/files_fixture.h"
 
@@ -126,6 +127,43 @@ TEST_F(SendingTest, ACancelledDialogSendsNothing) {
     EXPECT_EQ(editor.commits, 0);
     EXPECT_TRUE(messages.shown.empty());
     EXPECT_TRUE(settings.values.empty());
+}
+
+TEST_F(SendingTest, TheCellBeingEditedIsSentToo) {
+    editor.typed = [&] { rows.SetCell(1, column::kBezeichnung, L"getippt"); };
+    sending.AppendSelection(folder / L"a.bsk");
+    EXPECT_EQ(folder.Get(L"a.bsk"), "4711\tgetippt\t1\t100,00\t7,27\tK\tU\t100,00\t7,27\r\n");
+}
+
+TEST_F(SendingTest, ACellThatCannotBeCommittedEndsTheCommandBeforeTheListIsChanged) {
+    dialogs.Choose(folder / L"neu.bsk");
+    editor.typed = [] { RaiseRuntimeError(runtime_error::kTypeMismatch); };
+    EXPECT_EQ(RaisedBy([&] { sending.mnuContextSendToOther_Click(); }), 13);
+    EXPECT_TRUE(settings.values.empty());
+    EXPECT_EQ(folder.Count(), 0);
+}
+
+TEST_F(SendingTest, AFileThatCannotBeWrittenHeadsTheRecentFilesAllTheSame) {
+    dialogs.Choose(folder / L"fehlt\\a.bsk");
+    sending.mnuContextSendToOther_Click();
+    EXPECT_EQ(messages.shown.size(), 1u);
+    EXPECT_EQ(settings.Get(L"LRU", L"File1", L""), folder / L"fehlt\\a.bsk");
+}
+
+TEST_F(SendingTest, TheEndOfMemoryIsReportedLikeAnyFailure) {
+    struct Exhausted final : FaultyFileSystem {
+        using FaultyFileSystem::FaultyFileSystem;
+        std::unique_ptr<IOutputFile> OpenAppend(std::wstring_view) override {
+            throw std::bad_alloc();
+        }
+    } exhausted(disk);
+    Services own{text,  exhausted, settings, clipboard, messages,
+                 sound, shell,     printer,  dialogs,   services.component_folder};
+    BasketContext own_context{grid, view, own, state};
+    Sending(own_context, rows, recent).AppendSelection(folder / L"a.bsk");
+    ASSERT_EQ(messages.shown.size(), 1u);
+    EXPECT_EQ(LastMessage().text,
+              L"Kann Bestelldaten nicht an '" + (folder / L"a.bsk") + L"' senden: Out of memory");
 }
 
 TEST_F(SendingTest, AReadOnlyTargetIsReportedAndUnchanged) {

@@ -234,11 +234,12 @@ struct FakeBox : IMessageBox {
     std::wstring text, title;
     int shown = 0;
     MessageAnswer Show(std::wstring_view a_text, std::wstring_view a_title, MessageButtons buttons,
-                       MessageIcon) override {
+                       MessageIcon icon) override {
         text = a_text;
         title = a_title;
         ++shown;
         EXPECT_EQ(buttons, MessageButtons::kOk);
+        EXPECT_EQ(icon, MessageIcon::kNone);
         return MessageAnswer::kOk;
     }
 };

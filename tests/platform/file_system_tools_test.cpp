@@ -168,6 +168,10 @@ TEST_F(SaveFileTest, ReplacedCharactersAreReportedAfterSuccessOnly) {
     EXPECT_THROW(SaveFile(files, text, kTarget, L"\u0416", {.lossy = &lossy, .clock = &clock}),
                  Error);
     EXPECT_FALSE(lossy);
+
+    lossy = true;  // of an earlier save, say
+    SaveFile(files, text, kTarget, L"a", {.lossy = &lossy, .clock = &clock});
+    EXPECT_TRUE(lossy);
 }
 
 TEST_F(SaveFileTest, ALongContentIsWrittenInBlocksAndTellsItsProgress) {
@@ -237,6 +241,16 @@ TEST_F(SaveFileTest, WhatAnEndedSaveLeftIsRemovedByTheNextToTheSameTarget) {
     files.Put(kTarget, "old");
     files.Put(TemporaryName(text, kTarget), "half of a bas");
     Save(L"new");
+    EXPECT_EQ(files.At(kTarget).bytes, "new");
+    EXPECT_TRUE(OnlyTarget());
+}
+
+TEST_F(SaveFileTest, WhatAnEndedSaveLeftMayGoByItself) {
+    files.Put(kTarget, "old");
+    files.Put(TemporaryName(text, kTarget), "half of a bas");
+    files.FailAt(2, 53);  // it was there a moment ago
+    EXPECT_EQ(SaveError(L"new"), 0);
+    EXPECT_EQ(files.Operations().at(1), "Delete");
     EXPECT_EQ(files.At(kTarget).bytes, "new");
     EXPECT_TRUE(OnlyTarget());
 }
