@@ -95,7 +95,8 @@ FileDialogResult Show(const FileDialogRequest& request, HWND owner,
 
     FileDialogResult result;
     result.cancelled = false;
-    result.flags = (dialog.Flags & ~kAlways) | (request.flags & kAlways);
+    // what was asked for stands there also where this function knew better
+    result.flags = (dialog.Flags & ~kAlways) | (request.flags & (kAlways | OFN_SHOWHELP));
     std::size_t length = 0;
     if (several) {
         // folder and names, each ended by a NUL, all of them by one more

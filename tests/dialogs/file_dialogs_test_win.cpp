@@ -198,6 +198,19 @@ TEST_F(FileDialogsTest, WithoutAnyFlagReadOnlyIsFalse) {
     EXPECT_FALSE(read_only);
 }
 
+TEST_F(FileDialogsTest, AHelpButtonThatNobodyCouldAnswerIsAFlagAllTheSame) {
+    const std::wstring path = folder.Put(L"a.bsk", "x");
+    WinFileDialogs ownerless{OwnerWindow()};
+    User user([&](HWND dialog) {
+        TypeName(dialog, path);
+        Press(dialog, IDOK);
+    });
+    bool read_only = false;
+    EXPECT_EQ(CommonDialogs(ownerless).GetOpenFileName({.bReadOnly = &read_only}), path);
+    ASSERT_TRUE(user.seen());
+    EXPECT_TRUE(read_only);
+}
+
 TEST_F(FileDialogsTest, TheProgramsCurrentFolderStaysWhereItWas) {
     wchar_t before[MAX_PATH] = L"";
     wchar_t after[MAX_PATH] = L"";
