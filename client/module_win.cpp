@@ -7,6 +7,7 @@ namespace demovex {
 namespace {
 HINSTANCE g_module = nullptr;
 std::atomic<long> g_locks{0};
+std::atomic<bool> g_pinned{false};
 }  // namespace
 
 void SetModule(HINSTANCE module) noexcept {
@@ -36,6 +37,19 @@ std::wstring ModuleFolder() {
     const std::size_t slash = path.find_last_of(L'\\');
     path.resize(slash == std::wstring::npos ? 0 : slash);
     return path;
+}
+
+void PinModule() noexcept {
+    if (g_pinned.exchange(true)) return;
+    HMODULE self = nullptr;
+    if (!GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS,
+                            reinterpret_cast<LPCWSTR>(g_module), &self)) {
+        g_pinned = false;
+    }
+}
+
+void UnpinModule() noexcept {
+    if (g_pinned.exchange(false)) FreeLibrary(g_module);
 }
 
 ModuleLock::ModuleLock() noexcept {

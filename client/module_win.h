@@ -16,6 +16,14 @@ std::wstring ModulePath();
 // Its folder, without a trailing backslash.
 std::wstring ModuleFolder();
 
+// Keeps the module in memory even when its last user lets go of it without asking, as COM does when
+// a host is done with COM: windows and hooks run on our code until they have closed. Once is enough
+// however many windows there are.
+void PinModule() noexcept;
+// Takes that back. For DllCanUnloadNow alone: whoever calls it holds the module, so that the code
+// which is running stays.
+void UnpinModule() noexcept;
+
 // Keeps the module loaded while it lives: held by every object, every window and by
 // IClassFactory::LockServer.
 class ModuleLock {

@@ -39,7 +39,9 @@ extern "C" HRESULT STDMETHODCALLTYPE DllGetClassObject(REFCLSID class_id, REFIID
 }
 
 extern "C" HRESULT STDMETHODCALLTYPE DllCanUnloadNow() {
-    return demovex::ModuleLock::None() ? S_OK : S_FALSE;
+    if (!demovex::ModuleLock::None()) return S_FALSE;
+    demovex::UnpinModule();
+    return S_OK;
 }
 
 extern "C" HRESULT STDMETHODCALLTYPE DllRegisterServer() noexcept {

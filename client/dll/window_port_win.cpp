@@ -62,6 +62,7 @@ class WindowPort final : public IClientWindow {
 }  // namespace
 
 std::shared_ptr<IClientWindow> CreateBasketWindow(std::shared_ptr<IBasketOwner> owner) {
+    PinModule();
     auto last_caption = std::make_shared<std::wstring>();
     auto keeper = std::make_shared<CaptionKeeper>(std::move(owner), last_caption);
     auto window = BasketWindow::Create(Module(), keeper, std::make_shared<ModuleLock>());

@@ -143,6 +143,7 @@ class BoxAnswers {
 
 class ComponentTest : public testing::Test {
   protected:
+    // Loads the library, and at the end sees that it can be unloaded and is.
     ComponentTest();
     ~ComponentTest() override;
 

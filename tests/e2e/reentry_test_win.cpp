@@ -108,6 +108,23 @@ TEST_F(Reentry, AHostThatIsToldOfTheClosingMayOpenTheNextBasket) {
     EXPECT_EQ(References(client.Get()), 2u);
 }
 
+// As COM does when a host is done with it (CoUninitialize) while a basket is still open: the
+// library is let go of without being asked whether it can be.
+TEST_F(Reentry, AnOpenWindowOutlivesTheHostsUseOfTheLibrary) {
+    client = {};
+    FreeLibrary(module);
+    module = GetModuleHandleW(L"DemoVexClient.dll");
+    ASSERT_NE(module, nullptr);
+    PumpUntil([] { return true; });
+    EXPECT_NE(BasketText(window).find(L"1000\tHammer\t1"), std::wstring::npos);
+    Close(window, {IDNO});
+    EXPECT_EQ(host.calls, std::vector<std::wstring>{L"ClientClosing"});
+    EXPECT_EQ(host.references, 1u);
+    // it is still there, for nobody was asked; the next one who asks can free it
+    module = LoadLibraryW(Path(L"DemoVexClient.dll").c_str());
+    EXPECT_EQ(CanUnload(), S_OK);
+}
+
 // A call by name from another apartment: COM carries it to the window's own thread.
 TEST_F(Reentry, AnotherThreadsCallsArriveOnTheWindowsThread) {
     const auto automation = client.As<IDispatch>(IID_IDispatch);
