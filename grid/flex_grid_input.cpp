@@ -169,7 +169,7 @@ void FlexGrid::AutoScroll() {
     const auto step = [](const GridAxis& axis, int place, std::int32_t corner) {
         // the corner goes one line beyond what is in view on that side
         if (place < axis.FixedSpan()) return axis.Step(axis.First(), -1);
-        if (place >= axis.View()) return axis.Step(axis.First() + axis.Page() - 1, 1);
+        if (place >= axis.View()) return axis.Step(axis.First() - 1, axis.Page() + 1);
         return corner;
     };
     std::int32_t row = cursor_.row_sel;

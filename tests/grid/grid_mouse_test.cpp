@@ -129,6 +129,18 @@ TEST_F(GridMouse, DraggingBeyondTheSidesScrollsColumns) {
     EXPECT_EQ(grid.LeftCol(), 1);
 }
 
+TEST_F(GridMouse, DraggingBeyondTheRightSidePassesHiddenColumns) {
+    grid.SetColWidth(4, 0);
+    grid.SetColWidth(5, 0);
+    Press(3, 2);
+    grid.Drag(600, Y(3));
+    grid.AutoScroll();
+    EXPECT_EQ(At(), "3,2:3,7") << "the first column beyond those in view";
+    for (int i = 0; i < 20; ++i) grid.AutoScroll();
+    EXPECT_EQ(At(), "3,2:3,9");
+    EXPECT_FALSE(grid.WantsAutoScroll()) << "the end is in view";
+}
+
 TEST_F(GridMouse, ShiftPressExtendsTheSelection) {
     Click(3, 2);
     log.Take();
