@@ -1,6 +1,7 @@
 #include "basket/view_commands.h"
 
 #include <algorithm>
+#include <exception>
 
 #include "base/error.h"
 #include "basket/columns.h"
@@ -70,12 +71,19 @@ void ViewCommands::BuildMenus() {
 
 void ViewCommands::Form_Resize() {
     if (context_.view.Minimised()) return;
-    editor_.CommitCellEdit();
+    // The grid takes its place even when the totals of what was typed cannot be reckoned.
+    std::exception_ptr failed;
+    try {
+        editor_.CloseEditor();
+    } catch (...) {
+        failed = std::current_exception();
+    }
     const Twips top = context_.state.ToolbarVisible ? kToolbarHeight : 0;
     const Twips bottom = context_.state.StatusbarVisible ? context_.view.StatusbarHeight() : 0;
     const Twips height = context_.view.InnerHeight() - top - bottom;
     context_.view.MoveGrid(
         {0, top, std::max<Twips>(0, context_.view.InnerWidth()), std::max<Twips>(0, height)});
+    if (failed) std::rethrow_exception(failed);
 }
 
 void ViewCommands::mnuAnsichtGotoCatalogPage_Click() {

@@ -16,10 +16,11 @@ class ViewCommands {
     // Reads the view settings and shows the bars accordingly. Only "True" itself shows.
     void ReadSettings();
     void WriteSettings();
-    // Menu states as designed, and the shortcut texts of cut, copy and paste.
+    // The shortcut texts of cut, copy and paste.
     void BuildMenus();
 
-    // Places the grid between the bars; the editor is committed. Idle while minimised.
+    // Closes the editor and places the grid between the bars. Idle while minimised. Raises what the
+    // commit raises, with the grid in its place.
     void Form_Resize();
 
     // Shows the current row's catalogue position in the host; a row without one does nothing.

@@ -159,6 +159,33 @@ TEST(BasketLayout, ResizingCommitsWhatIsBeingTyped) {
     EXPECT_EQ(basket.Total(column::kGesamtAts), L"400,00");
 }
 
+TEST(BasketLayout, ResizingClosesTheEditorAlsoWhenANumberWasJustTyped) {
+    BasketFixture basket;
+    basket.Link(L"");
+    basket.Click(1, column::kArtNr);
+    basket.view.Type(L"4711");
+    basket.form.Run(Command::mnuAnsichtSymbolleiste);  // the grid moves up under the editor
+    EXPECT_FALSE(basket.view.EditorOpen());
+    EXPECT_EQ(basket.grid.FocusRect(), FocusRectStyle::kLight);
+    EXPECT_EQ(basket.Cell(1, column::kBezeichnung), L"Eau de Cologne");
+    EXPECT_EQ(basket.Total(column::kGesamtAts), L"100,00");
+}
+
+TEST(BasketLayout, AnEditThatCannotBeReckonedDoesNotKeepTheGridFromItsPlace) {
+    BasketFixture basket;
+    basket.Link(L"4711");
+    EXPECT_EQ(RaisedBy([&] { basket.Link(L"nope"); }), 13);
+    basket.Click(1, column::kMenge);
+    basket.TypeOver(L"4");
+    basket.view.inner_width = 12000;
+    basket.view.inner_height = 9000;
+    EXPECT_EQ(RaisedBy([&] { basket.form.Form_Resize(); }), 13);
+    EXPECT_EQ(basket.view.grid_rect,
+              (TwipsRect{0, 360, 12000, 9000 - 360 - basket.view.status_height}));
+    EXPECT_FALSE(basket.view.EditorOpen());
+    EXPECT_EQ(basket.Cell(1, column::kMenge), L"4");
+}
+
 TEST(BasketLayout, TogglingABarTwiceRestoresLayoutAndCheckMark) {
     for (const Command bar : {Command::mnuAnsichtSymbolleiste, Command::mnuAnsichtStatusleiste}) {
         BasketFixture basket;

@@ -266,7 +266,7 @@ class ReferenceBasket {
             Recalculate(row);
         }
     }
-    void Resize() { Commit(); }
+    void Resize() { Close(); }
 
     bool Editable() {
         if (row < 1 || row >= Rows() - 1 || row != row_sel || col != col_sel) return false;
