@@ -48,15 +48,12 @@ HFONT FlexGridControl::Font() const noexcept {
     return impl_->font;
 }
 
-HFONT FlexGridControl::BoldFont() const noexcept {
-    return impl_->bold_font.get();
-}
-
 Twips FlexGridControl::TextWidth(std::wstring_view text, bool bold) const {
     return impl_->TextWidth(text, bold);
 }
 
 void FlexGridControl::SendKey(GridKey key) {
+    if (impl_->window == nullptr) return;  // without a window the message would go to the thread
     PostMessageW(impl_->window, FlexGridImplWin::kSendKey, static_cast<WPARAM>(key), 0);
 }
 

@@ -97,10 +97,10 @@ class FlexGridControl {
     // Changes the font (observed) and the default row height with it.
     void SetFont(HFONT font);
     HFONT Font() const noexcept;
-    HFONT BoldFont() const noexcept;
     // Width of a text in the grid's font.
     Twips TextWidth(std::wstring_view text, bool bold) const;
-    // Queues a keystroke without modifiers, whatever keys the user holds at the moment.
+    // Queues a keystroke without modifiers, whatever keys the user holds at the moment. Idle when
+    // the window is gone.
     void SendKey(GridKey key);
     // Held by the accessible object for as long as a screen reader holds that: keeps the module
     // loaded. Set before the window is shown.

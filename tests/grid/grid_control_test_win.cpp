@@ -74,6 +74,16 @@ TEST_F(GridControl, HasItsPublishedClassAndId) {
     EXPECT_EQ(GetParent(w.Handle()), w.Parent());
 }
 
+TEST_F(GridControl, AKeySentAfterTheWindowHasGoneReachesNobody) {
+    DestroyWindow(w.Handle());
+    ASSERT_EQ(w.Handle(), nullptr);
+    w.control->SendKey(GridKey::kDown);
+    // a message without a window would end in the host's loop
+    MSG stray{};
+    EXPECT_FALSE(PeekMessageW(&stray, reinterpret_cast<HWND>(-1), 0, 0, PM_REMOVE))
+        << stray.message;
+}
+
 TEST_F(GridControl, StandsWhereItWasPutAndMovesInTwips) {
     RECT r{};
     GetWindowRect(w.Handle(), &r);
