@@ -148,6 +148,7 @@ void BasketWindowImpl::CreateControls() {
     SendMessageW(status_->Handle(), WM_SETFONT, reinterpret_cast<WPARAM>(font_.get()), FALSE);
     grid_ = std::make_unique<FlexGridControl>(module_, window_, child_id::kListe, TwipsRect{},
                                               scale_, services_->text, font_.get());
+    grid_->SetModuleLock(module_lock_);
     grid_->SetEvents(this);
     grid_->Grid().SetEvents(this);
     SetWindowTextW(grid_->Handle(), L"Warenkorb");  // its name for assistive programs

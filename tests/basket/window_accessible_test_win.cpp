@@ -63,6 +63,22 @@ TEST_F(WindowAccessible, WindowGridAndToolbarHaveNames) {
     EXPECT_EQ(Accessible(basket.Child(child_id::kToolbar)).Name(), L"Symbolleiste");
 }
 
+TEST_F(WindowAccessible, AHeldObjectOfTheGridKeepsTheModuleLoaded) {
+    BasketWindowFixture services(HostLoop::kBare, 0, false);
+    auto lock = std::make_shared<int>(0);
+    const std::weak_ptr<int> watch = lock;
+    auto window = BasketWindow::Create(GetModuleHandleW(nullptr), services.owner, std::move(lock),
+                                       {&services.services, 0});
+    window->Initialize();
+    {
+        const Accessible held(GetDlgItem(window->Handle(), child_id::kListe));
+        SendMessageW(window->Handle(), WM_CLOSE, 0, 0);
+        ASSERT_FALSE(window->Alive());
+        EXPECT_FALSE(watch.expired()) << "its code is still needed";
+    }
+    EXPECT_TRUE(watch.expired());
+}
+
 TEST_F(WindowAccessible, TheTextBoxBearsTheNameOfItsCell) {
     BasketWindowFixture basket;
     basket.Link(L"4711");
