@@ -1,6 +1,5 @@
 #include "basket/basket_rows.h"
 
-#include <algorithm>
 #include <charconv>
 #include <variant>
 

@@ -38,7 +38,7 @@ class BasketRows final : public IBasketRows {
                     const std::wstring& KatalogURL, std::int32_t Menge) override;
 
     // Completes `row` from the article master; `Menge` −1 keeps the quantity. True when the article
-    // was found; otherwise nothing is changed.
+    // was found; otherwise the row stays as it is.
     bool RefreshArtikel(std::int32_t row, std::int32_t Menge);
 
     // Inserts `rowcount` empty rows before `row` (1 to Rows − 1, else 9 is raised); below 1 none.

@@ -4,8 +4,8 @@
 // grid_painter.h and carries out what it reports through IFlexGridDisplay.
 //
 //   FlexGrid grid;                        // 96 dpi, a plain reading of numbers
-//   grid.SetEvents(&handler);             // may be null; the handler outlives the grid or resets
-//   it grid.SetFrame({400, 300, 2, 17, 17}); // outer size, border and scroll bars, in pixels
+//   grid.SetEvents(&handler);                // outlives the grid or resets it to null
+//   grid.SetFrame({400, 300, 2, 17, 17});    // outer size, border and scroll bars, in pixels
 //   grid.SetRows(2); grid.SetCols(10);
 //   grid.Key(GridKey::kDown, false, false);
 //
