@@ -60,6 +60,7 @@ TEST_F(CellEditorTest, ShowsTheCellsTextWhollySelectedAndTakesTheFocusOnTheTimer
     EXPECT_EQ(basket.view.text, L"3");
     EXPECT_EQ(basket.view.sel_start, 0);
     EXPECT_EQ(basket.view.sel_length, 1);
+    EXPECT_TRUE(basket.view.text_visible);
     EXPECT_TRUE(basket.view.timer_enabled);
     EXPECT_NE(basket.view.focus, View::Focus::kText);
     basket.view.Tick();
@@ -75,6 +76,17 @@ TEST_F(CellEditorTest, StaysClosedOnACellCutOffByTheRightEdge) {
     basket.grid.Select(1, column::kMenge, 1, column::kMenge);
     EXPECT_FALSE(basket.view.EditorOpen()) << basket.AsText();
     width(right + 105);
+    basket.form.RowColChange();
+    EXPECT_TRUE(basket.view.EditorOpen());
+}
+
+TEST_F(CellEditorTest, ACellThatEndsAtTheMarginAboveTheBottomEdgeIsEdited) {
+    const Twips bottom = basket.grid.RowPos(2);
+    const auto height = [&](Twips twips) { basket.grid.SetFrame({640, twips / 15, 2, 0}); };
+    height(bottom + 75);
+    basket.grid.Select(1, column::kMenge, 1, column::kMenge);
+    EXPECT_FALSE(basket.view.EditorOpen()) << basket.AsText();
+    height(bottom + 90);
     basket.form.RowColChange();
     EXPECT_TRUE(basket.view.EditorOpen());
 }
@@ -229,6 +241,17 @@ TEST_F(CellEditorTest, LeavingADescriptionWritesItBack) {
     EXPECT_EQ(basket.Cell(2, column::kBezeichnung), L"bitte rasch");
 }
 
+TEST_F(CellEditorTest, LeavingACellMarksTheBasketModified) {
+    basket.files.Put(L"C:\\Basket\\frei.bsk", "4711\t\t2\r\n\tfrei\r\n");
+    basket.form.Load(L"C:\\Basket\\frei.bsk");
+    basket.Click(2, column::kBezeichnung);
+    ASSERT_FALSE(basket.form.Modified());
+    basket.TypeOver(L"neu");
+    basket.Click(1, column::kPreisAts);
+    EXPECT_EQ(basket.Cell(2, column::kBezeichnung), L"neu");
+    EXPECT_TRUE(basket.form.Modified());
+}
+
 TEST_F(CellEditorTest, EscapeKeepsWhatWasTyped) {
     basket.Click(2, column::kBezeichnung);
     basket.view.Type(L"bleibt");
@@ -247,7 +270,8 @@ TEST_F(CellEditorTest, CommittingWithoutAnOpenEditorDoesNothing) {
 }
 
 TEST_F(CellEditorTest, AfterTheCommitTheGridShowsItsFocusAgain) {
-    basket.Click(1, column::kMenge);
+    basket.grid.Select(1, column::kMenge, 1, column::kMenge);
+    ASSERT_TRUE(basket.view.timer_enabled);  // closed before the focus has reached it
     basket.form.CommitCellEdit();
     EXPECT_FALSE(basket.view.EditorOpen());
     EXPECT_FALSE(basket.view.timer_enabled);

@@ -23,6 +23,7 @@ class DropDownList : public CellEditorTest {
 TEST_F(DropDownList, ACellThatOffersAListShowsTheButtonAtItsRightEdge) {
     EXPECT_TRUE(basket.view.ComboButtonVisible());
     EXPECT_FALSE(basket.view.button_pressed);
+    EXPECT_GT(basket.view.button_draws, 0);
     const TwipsRect cell = basket.view.background_rect;
     EXPECT_EQ(basket.view.button_rect, (TwipsRect{cell.width - basket.view.button_width, 0,
                                                   basket.view.button_width, cell.height}));
@@ -47,6 +48,12 @@ TEST_F(DropDownList, SelectsNoneWhenNoEntryIsTheCellsText) {
     basket.view.list_entries = {L"30", L"03"};
     basket.form.IPComboButton_Click();
     EXPECT_EQ(basket.view.list_index, -1);
+}
+
+TEST_F(DropDownList, OpensBelowWhenTheRoomJustSuffices) {
+    basket.view.list_height = basket.grid.Height() - basket.grid.CellTop();
+    basket.form.IPComboButton_Click();
+    EXPECT_EQ(basket.view.list_at.y, basket.view.grid_rect.top + basket.grid.CellTop() + 225);
 }
 
 TEST_F(DropDownList, OpensAboveWhenThereIsNoRoomBelow) {

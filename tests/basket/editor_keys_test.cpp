@@ -99,6 +99,7 @@ TEST_F(CellEditorTest, FTwoDropsTheSelection) {
     basket.Click(1, column::kMenge);
     EXPECT_FALSE(basket.view.Press(View::kF2));
     EXPECT_EQ(basket.view.sel_length, 0);
+    EXPECT_EQ(basket.view.sel_start, 0);  // where the selection began
 }
 
 TEST_F(CellEditorTest, FFourAndAltDownBelongToTheTextBoxWithoutAList) {

@@ -382,6 +382,11 @@ TEST_F(RowCommands, CopyingCommitsWhatIsBeingTyped) {
     basket.TypeOver(L"frisch");
     Run(Command::mnuContextCopySelectionToClipboard);
     EXPECT_EQ(basket.clipboard.text, L"frisch\r\n");
+    basket.Click(1, column::kArtNr);
+    basket.Click(1, column::kBezeichnung);
+    basket.TypeOver(L"neu");
+    Run(Command::mnuDateiSendenanZwischenablage);
+    EXPECT_NE(basket.clipboard.text.find(L"\r\nneu\t\t\t\t\t\r\n"), std::wstring::npos);
 }
 
 TEST_F(RowCommands, AClipboardHeldByAnotherProgramIsReportedAndNothingIsLost) {

@@ -208,6 +208,40 @@ TEST(BasketRows, RefreshingKeepsTheQuantityWithMinusOne) {
     EXPECT_EQ(basket.Total(column::kGesamtAts), L"");
 }
 
+// A basket that was just loaded: an article, a free line, and nothing modified.
+void LoadTwoLines(BasketFixture& basket) {
+    basket.files.Put(L"C:\\Basket\\two.bsk", "4711\t\t2\r\n\tfrei\r\n");
+    basket.form.Load(L"C:\\Basket\\two.bsk");
+    ASSERT_EQ(basket.Lines(), 2) << basket.AsText();
+    ASSERT_FALSE(basket.form.Modified());
+}
+
+TEST(BasketRows, RefreshingAndInsertingMarkTheBasketModified) {
+    BasketFixture refreshed;
+    LoadTwoLines(refreshed);
+    EXPECT_FALSE(refreshed.form.RefreshArtikel(2, 1));
+    EXPECT_FALSE(refreshed.form.Modified()) << "a row without a number is left alone";
+    EXPECT_TRUE(refreshed.form.RefreshArtikel(1, -1));
+    EXPECT_TRUE(refreshed.form.Modified());
+    BasketFixture inserted;
+    LoadTwoLines(inserted);
+    inserted.form.InsertArtikel(1);
+    EXPECT_TRUE(inserted.form.Modified());
+}
+
+TEST(BasketRows, RefreshingAndInsertingCommitWhatIsBeingTyped) {
+    BasketFixture basket;
+    LoadTwoLines(basket);
+    basket.Click(2, column::kBezeichnung);
+    basket.TypeOver(L"erst");
+    EXPECT_TRUE(basket.form.RefreshArtikel(1, -1));
+    EXPECT_EQ(basket.Cell(2, column::kBezeichnung), L"erst");
+    basket.Click(2, column::kBezeichnung);
+    basket.TypeOver(L"dann");
+    basket.form.InsertArtikel(1, 1);
+    EXPECT_EQ(basket.Column(column::kBezeichnung), (Texts{L"", L"Eau de Cologne", L"dann"}));
+}
+
 TEST(BasketRows, RefreshingAnEmptyRowChangesNothing) {
     BasketFixture basket;
     basket.Link(L"");

@@ -34,6 +34,12 @@ TEST(BasketSetUp, AnythingButTrueHidesABar) {
         EXPECT_FALSE(basket.view.Checked(Command::mnuAnsichtSymbolleiste)) << value;
         EXPECT_TRUE(basket.view.statusbar_visible) << value;
     }
+    BasketFixture basket(FakeLocale::kAustria, false);
+    basket.settings.values[kStatusbar] = L"true";
+    basket.form.Initialize();
+    EXPECT_FALSE(basket.view.statusbar_visible);
+    EXPECT_FALSE(basket.view.Checked(Command::mnuAnsichtStatusleiste));
+    EXPECT_TRUE(basket.view.toolbar_visible);
 }
 
 TEST(BasketSetUp, TheEditMenuNamesTheKeysOfTheTextBox) {
@@ -237,6 +243,18 @@ TEST(BasketUnload, WhatIsBeingTypedIsCommittedBeforeTheQuestion) {
     EXPECT_EQ(basket.Cell(1, column::kBezeichnung), L"zuletzt");
 }
 
+TEST(BasketUnload, ASecondWishToCloseDuringTheQuestionAsksNothing) {
+    BasketFixture basket;
+    basket.Link(L"4711");
+    bool stays = false;
+    basket.messages.answers = {MessageAnswer::kNo};
+    basket.messages.while_open = [&] { stays = basket.form.Form_Unload(); };
+    EXPECT_FALSE(basket.form.Form_Unload());
+    EXPECT_TRUE(stays);
+    EXPECT_EQ(basket.messages.shown.size(), 1u);
+    EXPECT_EQ(basket.owner.closed, 1);
+}
+
 TEST(BasketUnload, WorksWithoutAnOwner) {
     BasketFixture basket;
     basket.form.moLibrary = nullptr;
@@ -348,6 +366,19 @@ TEST(ViewCommands, TheOpenEditorFollowsItsColumnWithWhatIsBeingTyped) {
     EXPECT_EQ(basket.view.text, L"12");
     EXPECT_EQ(basket.view.background_rect.left, basket.grid.CellLeft());
     EXPECT_EQ(basket.view.background_rect.width, basket.grid.CellWidth());
+}
+
+TEST(ViewCommands, AnEditorWhoseColumnLeavesTheViewIsCommitted) {
+    BasketFixture basket;
+    basket.Link(L"4711");
+    basket.Click(1, column::kMenge);
+    basket.TypeOver(L"12");
+    basket.messages.answers = {MessageAnswer::kYes};
+    basket.view.twips_per_character = 800;
+    basket.form.Run(Command::mnuAnsichtOptColWidth);
+    EXPECT_FALSE(basket.view.EditorOpen());
+    EXPECT_EQ(basket.Cell(1, column::kMenge), L"12");
+    EXPECT_EQ(basket.Total(column::kGesamtAts), L"1\u00A0200,00");
 }
 
 // --- mouse, menus, dispatch
