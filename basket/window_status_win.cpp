@@ -36,8 +36,11 @@ void WindowStatus::ShowText(const std::wstring& text) {
 }
 
 void WindowStatus::SetText(std::wstring_view text) {
-    if (text_ == text) return;
-    text_ = text;
+    std::wstring plain(text);
+    // the control takes tabs for orders to centre the text and to set it right
+    std::replace(plain.begin(), plain.end(), L'\t', L' ');
+    if (text_ == plain) return;
+    text_ = std::move(plain);
     if (shown_ < 0) ShowText(text_);
 }
 

@@ -123,6 +123,15 @@ TEST(BasketWindow, TheStatusBarShowsTheCataloguePositionOfTheRow) {
     EXPECT_STREQ(text, L"Düfte / Seite 3");
 }
 
+TEST(BasketWindow, ATabInTheCataloguePositionIsABlankOfTheStatusBar) {
+    BasketWindowFixture basket;
+    basket.Link(L"4711", L"\tDüfte\tSeite 3", L"vex:3");
+    wchar_t text[256] = L"";
+    SendMessageW(basket.Child(child_id::kStatusBar), SB_GETTEXTW, 0,
+                 reinterpret_cast<LPARAM>(text));
+    EXPECT_STREQ(text, L" Düfte Seite 3");
+}
+
 // --- closing
 
 TEST(BasketWindow, ClosingTellsTheOwnerOnceAndLeavesNothing) {
