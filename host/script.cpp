@@ -22,6 +22,7 @@ const std::vector<Option>& Options() {
         {L"click", 1, L"NUMBER: clicks the order link of an article with the mouse"},
         {L"enter", 1, L"NUMBER: presses the Enter key on an article"},
         {L"open", 1, L"FILE: opens a basket file"},
+        {L"keys", 1, L"KEYS: presses keys in the current basket window (\"Ctrl+N 4 7 Enter\")"},
         {L"command", 1, L"ID: chooses a menu command of the current basket window"},
         {L"caption", 1, L"TEXT: the current client's caption is TEXT"},
         {L"position", 1, L"NUMBER: the catalogue shows that article"},
@@ -112,6 +113,59 @@ std::optional<std::vector<Step>> ParseScript(std::wstring_view text, std::wstrin
         steps.insert(steps.end(), parsed->begin(), parsed->end());
     }
     return steps;
+}
+
+namespace {
+
+struct NamedKey {
+    std::wstring_view name;
+    std::uint16_t key;
+};
+
+constexpr NamedKey kKeys[] = {
+    {L"Tab", 0x09},   {L"Enter", 0x0D}, {L"Shift", 0x10}, {L"Ctrl", 0x11}, {L"Alt", 0x12},
+    {L"Esc", 0x1B},   {L"End", 0x23},   {L"Home", 0x24},  {L"Left", 0x25}, {L"Up", 0x26},
+    {L"Right", 0x27}, {L"Down", 0x28},  {L"Apps", 0x5D},  {L"F1", 0x70},   {L"F2", 0x71},
+    {L"F3", 0x72},    {L"F4", 0x73},    {L"F5", 0x74},    {L"F6", 0x75},   {L"F7", 0x76},
+    {L"F8", 0x77},    {L"F9", 0x78},    {L"F10", 0x79},   {L"F11", 0x7A},  {L"F12", 0x7B},
+};
+
+// 0 for a name that is none.
+std::uint16_t KeyOf(std::wstring_view name) {
+    const bool sign = name.size() == 1 && ((name[0] >= L'A' && name[0] <= L'Z') ||
+                                           (name[0] >= L'0' && name[0] <= L'9'));
+    if (sign) return static_cast<std::uint16_t>(name[0]);
+    for (const NamedKey& key : kKeys) {
+        if (key.name == name) return key.key;
+    }
+    return 0;
+}
+
+bool Modifies(std::uint16_t key) {
+    return key >= 0x10 && key <= 0x12;
+}
+
+}  // namespace
+
+std::optional<std::vector<KeyStroke>> ParseKeys(std::wstring_view text) {
+    std::vector<KeyStroke> strokes;
+    const std::vector<std::wstring> words = Words(text);
+    for (std::wstring_view word : words) {
+        std::vector<std::uint16_t> held;
+        for (std::size_t plus; (plus = word.find(L'+')) != std::wstring_view::npos;) {
+            held.push_back(KeyOf(word.substr(0, plus)));
+            if (!Modifies(held.back())) return std::nullopt;
+            word.remove_prefix(plus + 1);
+        }
+        const std::uint16_t key = KeyOf(word);
+        if (key == 0 || Modifies(key)) return std::nullopt;
+        for (const std::uint16_t modifier : held) strokes.push_back({modifier, true});
+        strokes.push_back({key, true});
+        strokes.push_back({key, false});
+        for (auto it = held.rbegin(); it != held.rend(); ++it) strokes.push_back({*it, false});
+    }
+    if (strokes.empty()) return std::nullopt;
+    return strokes;
 }
 
 std::optional<std::uint32_t> ParseCode(std::wstring_view text) {

@@ -266,6 +266,26 @@ void ScriptRunner::SendInputTo(const std::wstring& number, bool click) {
     }
 }
 
+void ScriptRunner::PressKeys(const std::wstring& keys) {
+    const auto strokes = ParseKeys(keys);
+    if (!strokes) return Fail(L"unknown keys: " + keys);
+    const HWND basket = frame_.Plugs().CurrentWindow();
+    if (!basket) return Fail(L"no basket window");
+    SetForegroundWindow(basket);
+    Settle();
+    // all at once: an open menu has the loop until one of them ends it
+    std::vector<INPUT> input(strokes->size());
+    for (std::size_t i = 0; i < input.size(); ++i) {
+        input[i].type = INPUT_KEYBOARD;
+        input[i].ki.wVk = (*strokes)[i].key;
+        input[i].ki.dwFlags = (*strokes)[i].down ? 0 : KEYEVENTF_KEYUP;
+    }
+    const auto count = static_cast<UINT>(input.size());
+    if (SendInput(count, input.data(), sizeof(INPUT)) != count) {
+        Fail(L"the system took no input");
+    }
+}
+
 bool ScriptRunner::RunWindowStep(const Step& step) {
     Session& session = frame_.Plugs();
     const std::wstring argument = step.arguments.empty() ? L"" : step.arguments[0];
@@ -276,6 +296,8 @@ bool ScriptRunner::RunWindowStep(const Step& step) {
         } else {
             SendMessageW(basket, WM_COMMAND, std::wcstoul(argument.c_str(), nullptr, 10), 0);
         }
+    } else if (step.name == L"keys") {
+        PressKeys(argument);
     } else if (step.name == L"show") {
         if (!frame_.ShowArticle(argument)) Fail(L"no such article: " + argument);
     } else if (step.name == L"click" || step.name == L"enter") {

@@ -67,6 +67,7 @@ class ScriptRunner {
     void CloseCurrent();
     // Shows an article and sends it real input: a click on its link, or the Enter key.
     void SendInputTo(const std::wstring& number, bool click);
+    void PressKeys(const std::wstring& keys);
     // Handles messages until none has come for a moment.
     void Settle();
 

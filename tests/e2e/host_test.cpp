@@ -120,5 +120,20 @@ TEST(HostScripts, ResultCodesAreReadAsHex) {
     EXPECT_FALSE(ParseCode(L"0xG"));
 }
 
+TEST(HostScripts, KeysArePressedOneAfterTheOther) {
+    using Strokes = std::vector<KeyStroke>;
+    EXPECT_EQ(
+        ParseKeys(L"Ctrl+N 4"),
+        (Strokes{
+            {0x11, true}, {'N', true}, {'N', false}, {0x11, false}, {'4', true}, {'4', false}}));
+    EXPECT_EQ(ParseKeys(L"Shift+F10"),
+              (Strokes{{0x10, true}, {0x79, true}, {0x79, false}, {0x10, false}}));
+    EXPECT_EQ(ParseKeys(L"Ctrl+Shift+Home")->size(), 6u);
+    for (const wchar_t* wrong :
+         {L"", L" ", L"n", L"Strg+N", L"Ctrl", L"Ctrl+", L"+N", L"N+Ctrl", L"F13"}) {
+        EXPECT_FALSE(ParseKeys(wrong)) << wrong;
+    }
+}
+
 }  // namespace
 }  // namespace demovex::host
