@@ -255,6 +255,21 @@ TEST_F(Component, APriceThatIsNoNumberIsATypeMismatch) {
     EXPECT_NE(BasketText(BasketWindows()[0]).find(L"3000\tKaputt"), std::wstring::npos);
 }
 
+// The system plays on a thread of its own, which must not lose its code with the component's.
+TEST_F(Component, TheOrderSoundKeepsItsPlayerWhenTheComponentIsUnloaded) {
+    {
+        const auto client = NewClient();
+        ASSERT_EQ(client->Initialize(Parent()), S_OK);
+        ASSERT_EQ(Follow(client.Get(), L"1000"), S_OK);
+        Close(BasketWindows().at(0), {IDNO});
+    }
+    ASSERT_EQ(CanUnload(), S_OK);
+    FreeLibrary(module);
+    EXPECT_EQ(GetModuleHandleW(L"DemoVexClient.dll"), nullptr);
+    EXPECT_NE(GetModuleHandleW(L"winmm.dll"), nullptr);
+    module = LoadLibraryW(Path(L"DemoVexClient.dll").c_str());  // the fixture lets go of it
+}
+
 TEST_F(Component, EveryMethodRefusesAMissingPlaceForItsResult) {
     const auto client = NewClient();
     EXPECT_EQ(client->get_Caption(nullptr), E_POINTER);
