@@ -26,6 +26,10 @@ class IEditorView {
     virtual void MoveBackground(const TwipsRect& rect) = 0;
     virtual void ShowBackground(bool visible) = 0;
     virtual bool BackgroundVisible() const = 0;
+    // While held, a background that is hidden may stay on the screen until it is let go, so that
+    // one that is shown again meanwhile need not come and go. Nothing that shows a window of its
+    // own or waits for the user may run meanwhile.
+    virtual void HoldBackground(bool /*hold*/) {}
 
     // IPText. `rect` is relative to IPBackground; selection positions count characters from 0.
     virtual void MoveText(const TwipsRect& rect) = 0;

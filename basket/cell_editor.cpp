@@ -177,6 +177,20 @@ void CellEditor::CommitAndSend(GridKey key) {
 }
 
 void CellEditor::Reopen() {
+    // The same cell opens again, so its window need not go and come; but a refused article number
+    // has a message to show.
+    struct Hold {
+        IEditorView& view;
+        bool held;
+        Hold(IEditorView& of, bool hold) : view(of), held(hold) {
+            if (held) view.HoldBackground(true);
+        }
+        ~Hold() {
+            if (held) view.HoldBackground(false);
+        }
+        Hold(const Hold&) = delete;
+        Hold& operator=(const Hold&) = delete;
+    } hold(view_, state_.EditCol != column::kArtNr);
     CommitCellEdit();
     Liste_RowColChange();
 }

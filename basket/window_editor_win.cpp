@@ -131,17 +131,34 @@ void WindowEditor::MoveBackground(const TwipsRect& rect) {
 }
 
 void WindowEditor::ShowBackground(bool visible) {
-    if (!visible && background_visible_) {
+    if (visible) {
+        background_visible_ = true;
+        // one that lingers is moved as one that was never hidden
+        Place(background_, background_rect_, background_lingers_ ? SWP_NOZORDER : SWP_SHOWWINDOW);
+        background_lingers_ = false;
+    } else if (background_held_) {
+        background_lingers_ = background_lingers_ || background_visible_;
+        background_visible_ = false;
+    } else {
+        HideBackground();
+    }
+}
+
+void WindowEditor::HoldBackground(bool hold) {
+    background_held_ = hold;
+    if (hold || !background_lingers_) return;
+    background_visible_ = true;  // as far as the focus goes
+    HideBackground();
+}
+
+void WindowEditor::HideBackground() {
+    if (background_visible_) {
         // the system would leave the focus in a hidden window
         const HWND focus = GetFocus();
         if (focus != nullptr && IsChild(background_, focus)) SetFocus(grid_);
     }
-    background_visible_ = visible;
-    if (visible) {
-        Place(background_, background_rect_, SWP_SHOWWINDOW);
-    } else {
-        SetVisible(background_, false);
-    }
+    background_visible_ = background_lingers_ = false;
+    SetVisible(background_, false);
 }
 
 // --- IPText

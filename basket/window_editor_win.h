@@ -62,6 +62,7 @@ class WindowEditor final : public IEditorView {
     void MoveBackground(const TwipsRect& rect) override;
     void ShowBackground(bool visible) override;
     bool BackgroundVisible() const override { return background_visible_; }
+    void HoldBackground(bool hold) override;
     void MoveText(const TwipsRect& rect) override;
     void ShowText() override;
     std::wstring Text() const override;
@@ -104,6 +105,7 @@ class WindowEditor final : public IEditorView {
     void PaintButton(HDC dc) const;
     void OnTextChanged();
     void Tick() noexcept;
+    void HideBackground();
     bool ParentActive() const noexcept;
 
     HWND parent_;
@@ -128,6 +130,8 @@ class WindowEditor final : public IEditorView {
     bool gone_ = false;  // the windows are destroyed
     bool right_ = false;
     bool background_visible_ = false;
+    bool background_held_ = false;
+    bool background_lingers_ = false;  // on the screen, though hidden
     bool text_visible_ = false;
     bool button_visible_ = false;
     bool button_pressed_ = false;

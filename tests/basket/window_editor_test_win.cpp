@@ -168,6 +168,22 @@ TEST(WindowEditor, OpensWithTheWholeTextSelectedAndTheFocus) {
     EXPECT_EQ(end, 1u);
 }
 
+TEST(WindowEditor, ReturnKeepsItOnTheScreenUnlessTheTotalsCannotBeReckoned) {
+    BasketWindowFixture basket;
+    basket.Link(L"4711");
+    basket.Grid().Select(1, column::kMenge, 1, column::kMenge);
+    basket.Pump();
+    PostMessageW(basket.Text(), WM_KEYDOWN, VK_RETURN, 1);
+    basket.Pump();
+    EXPECT_TRUE(IsWindowVisible(basket.Background()));
+    EXPECT_EQ(GetFocus(), basket.Text());
+    basket.Grid().SetTextMatrix(1, column::kPreisAts, L"x");
+    PostMessageW(basket.Text(), WM_KEYDOWN, VK_RETURN, 1);
+    basket.Pump();
+    EXPECT_FALSE(IsWindowVisible(basket.Background()));
+    EXPECT_EQ(GetFocus(), basket.Child(child_id::kListe));
+}
+
 TEST(WindowEditor, LosingTheFocusToAnotherProgramAndComingBackLeavesTheEditAsItWas) {
     BasketWindowFixture basket;
     basket.Link(L"4711");
