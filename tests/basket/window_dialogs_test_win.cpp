@@ -11,14 +11,7 @@
 namespace demovex {
 namespace {
 
-using User = DialogUser;
-
-const std::wstring kAsks =
-    L"Schließen: Möchten Sie die Änderungen im aktuellen Warenkorb speichern ? "
-    L"(Ja, Nein, Abbrechen)";
-const std::string kHeader = "DemoVexClient.Client\r\n";
-const std::string k4711 = "4711\tEau de Cologne\t1\t100,00\t7,27\tK\tU\t100,00\t7,27\r\n";
-const std::string k4712 = "4712\tDuftwasser\t1\t100,00\t7,27\tK\tU\t100,00\t7,27\r\n";
+using namespace real_basket;
 
 // Runs what another thread wants on the thread that made it, also inside a dialog's loop.
 class Caller {

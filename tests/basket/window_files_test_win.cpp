@@ -8,19 +8,7 @@
 namespace demovex {
 namespace {
 
-using User = DialogUser;
-
-constexpr wchar_t kTitle[] = L"Vexmart Demo Warenkorb 1.1";
-const std::wstring kAsks =
-    L"Schließen: Möchten Sie die Änderungen im aktuellen Warenkorb speichern ? "
-    L"(Ja, Nein, Abbrechen)";
-const std::string kHeader = "DemoVexClient.Client\r\n";
-const std::string k4711 = "4711\tEau de Cologne\t1\t100,00\t7,27\tK\tU\t100,00\t7,27\r\n";
-const std::string k4712 = "4712\tDuftwasser\t1\t100,00\t7,27\tK\tU\t100,00\t7,27\r\n";
-
-std::wstring Titled(std::wstring_view name) {
-    return std::wstring(kTitle) + L" - " + std::wstring(name);
-}
+using namespace real_basket;
 
 struct WindowFiles : testing::Test {
     // An article, which makes the basket a changed one.

@@ -7,11 +7,8 @@
 namespace demovex {
 namespace {
 
-using User = DialogUser;
+using namespace real_basket;
 
-const std::string kHeader = "DemoVexClient.Client\r\n";
-const std::string k4711 = "4711\tEau de Cologne\t1\t100,00\t7,27\tK\tU\t100,00\t7,27\r\n";
-const std::string k4712 = "4712\tDuftwasser\t1\t100,00\t7,27\tK\tU\t100,00\t7,27\r\n";
 const std::string k2000 = "2000\tRadiergummi\t1\t0,10\t0,01\tK\tU\t0,10\t0,01\r\n";
 
 // Rows 4711, 4712, 2000 and an empty one.

@@ -130,4 +130,20 @@ class RealBasketWindow : public RealServices, public BasketWindowFixture {
     int Files() const { return folder.Count() - 1; }
 };
 
+// What that window shows and writes.
+namespace real_basket {
+using User = DialogUser;
+inline constexpr wchar_t kTitle[] = L"Vexmart Demo Warenkorb 1.1";
+inline const std::wstring kAsks =
+    L"Schließen: Möchten Sie die Änderungen im aktuellen Warenkorb speichern ? "
+    L"(Ja, Nein, Abbrechen)";
+inline const std::string kHeader = "DemoVexClient.Client\r\n";
+inline const std::string k4711 = "4711\tEau de Cologne\t1\t100,00\t7,27\tK\tU\t100,00\t7,27\r\n";
+inline const std::string k4712 = "4712\tDuftwasser\t1\t100,00\t7,27\tK\tU\t100,00\t7,27\r\n";
+// The caption with a file's name.
+inline std::wstring Titled(std::wstring_view name) {
+    return std::wstring(kTitle) + L" - " + std::wstring(name);
+}
+}  // namespace real_basket
+
 }  // namespace demovex
