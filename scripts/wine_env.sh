@@ -1,7 +1,7 @@
 # Sourced: functions that make Wine prefixes, locales and displays below build/. Nothing outside is
 # touched; no ~/.wine is made.
 #
-#   wine_prefix NAME      a prefix copied from the template (made once); exports WINEPREFIX
+#   wine_prefix NAME      a prefix made from the template (made once); exports WINEPREFIX
 #   wine_locale NAME      exports LC_ALL and LOCPATH for de_AT, de_DE or en_US
 #   start_display         a private Xvfb; exports DISPLAY, sets display_pid. DEMOVEX_SCREEN is its
 #                         size; DEMOVEX_MONITORS ("800x700+0+0 560x300+800+200") divides it into
@@ -65,6 +65,18 @@ REG
   mv "$t.new" "$t"
 }
 
+# A tree of hard links: the system's files, 590 MB, stand on the disk once. What a program may write
+# into in place is a real copy (the registry, settings files, all that is the user's).
+copy_template() {
+  cp -al "$wine_dir/template" "$1" || return 1
+  find "$1" -type f -links +1 \
+    \( -name '*.reg' -o -iname '*.ini' -o -iname '*.inf' -o -name '.*' -o -path "$1/drive_c/users/*" \
+       -o -path '*/spool/*' -o ! -path "$1/drive_c/*" \) -print0 |
+    while IFS= read -r -d '' file; do
+      cp -p "$file" "$file.own" && mv "$file.own" "$file" || return 1
+    done
+}
+
 wine_prefix() {
   local p=$wine_dir/prefix-$1
   mkdir -p "$wine_dir"
@@ -75,7 +87,7 @@ wine_prefix() {
   if [ ! -e "$p/system.reg" ]; then
     # under its own name only when whole: a copy that was broken off is not taken for a prefix
     rm -rf "$p" "$p.new"
-    cp -a "$wine_dir/template" "$p.new" && mv "$p.new" "$p" ||
+    copy_template "$p.new" && mv "$p.new" "$p" ||
       { echo "wine: the prefix $p could not be made" >&2; return 1; }
   fi
   export WINEPREFIX=$p
