@@ -90,6 +90,9 @@ class IBasketView {
     virtual void SetCaption(std::wstring_view caption) = 0;
     virtual void SetStatusText(std::wstring_view text) = 0;
     virtual std::wstring StatusText() const = 0;  // what SetStatusText was last told
+    // Shows `text` in the note at the right of the status bar; empty clears it. The text goes by
+    // itself after a while; the form clears it when an action begins (see basket/note.h).
+    virtual void ShowNote(std::wstring_view text) = 0;
     virtual Twips StatusbarHeight() const = 0;
     virtual void SetToolbarVisible(bool visible) = 0;
     virtual void SetStatusbarVisible(bool visible) = 0;

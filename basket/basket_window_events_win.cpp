@@ -159,6 +159,7 @@ void BasketWindowImpl::OnSize(WPARAM kind) {
     GetClientRect(window_, &client);
     toolbar_->Layout(client.right);
     status_->Layout();
+    PlaceNote();
     if (initialised_) Forward([](TestLibForm& form) { form.Form_Resize(); });
 }
 
@@ -288,6 +289,27 @@ void BasketWindowImpl::SetCaption(std::wstring_view caption) {
 
 Twips BasketWindowImpl::StatusbarHeight() const {
     return scale_.ToTwips(status_->Height());
+}
+
+void BasketWindowImpl::SetStatusbarVisible(bool visible) {
+    status_->Show(visible);
+    PlaceNote();
+}
+
+void BasketWindowImpl::SetProgress(double fraction) {
+    status_->SetProgress(fraction);
+    PlaceNote();
+}
+
+void BasketWindowImpl::EndProgress() {
+    status_->EndProgress();
+    PlaceNote();
+}
+
+// The progress of long work has the same place.
+void BasketWindowImpl::PlaceNote() {
+    const bool room = status_->Visible() && !status_->ShowsProgress();
+    note_->SetBar(room ? status_->Place() : RECT{});
 }
 
 void BasketWindowImpl::SetMenuState(Command item, const MenuItemState& state) {

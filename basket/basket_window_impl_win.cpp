@@ -80,12 +80,14 @@ BasketWindowImpl::~BasketWindowImpl() {
     // succeeds with the last window only
     UnregisterClassW(kBasketWindowClass, module_);
     WindowEditor::UnregisterWindowClass(module_);
+    WindowNote::UnregisterWindowClass(module_);
 }
 
 void BasketWindowImpl::RegisterClasses() {
     INITCOMMONCONTROLSEX controls{sizeof controls, ICC_BAR_CLASSES | ICC_PROGRESS_CLASS};
     InitCommonControlsEx(&controls);
     WindowEditor::RegisterWindowClass(module_);
+    WindowNote::RegisterWindowClass(module_);
     WNDCLASSEXW info{};
     info.cbSize = sizeof info;
     info.lpfnWndProc = &BasketWindowImpl::Procedure;
@@ -144,6 +146,7 @@ void BasketWindowImpl::CreateControls() {
     }
     menu_ = std::make_unique<WindowMenu>(window_);
     toolbar_ = std::make_unique<WindowToolbar>(window_, module_, scale_);
+    note_ = std::make_unique<WindowNote>(window_, module_, scale_, font_.get());
     status_ = std::make_unique<WindowStatus>(window_, module_, scale_);
     SendMessageW(status_->Handle(), WM_SETFONT, reinterpret_cast<WPARAM>(font_.get()), FALSE);
     grid_ = std::make_unique<FlexGridControl>(module_, window_, child_id::kListe, TwipsRect{},

@@ -10,6 +10,7 @@
 #include "basket/window_editor_win.h"
 #include "basket/window_handles_win.h"
 #include "basket/window_menu_win.h"
+#include "basket/window_note_win.h"
 #include "basket/window_services_win.h"
 #include "basket/window_status_win.h"
 #include "basket/window_toolbar_win.h"
@@ -54,7 +55,8 @@ class BasketWindowImpl final : public std::enable_shared_from_this<BasketWindowI
     std::wstring StatusText() const override { return status_->Text(); }
     Twips StatusbarHeight() const override;
     void SetToolbarVisible(bool visible) override { toolbar_->Show(visible); }
-    void SetStatusbarVisible(bool visible) override { status_->Show(visible); }
+    void ShowNote(std::wstring_view text) override { note_->Say(text); }
+    void SetStatusbarVisible(bool visible) override;
     void SetMenuState(Command item, const MenuItemState& state) override;
     void SetMenuCaption(Command item, std::wstring_view caption) override;
     void BuildToolbar() override { toolbar_->Build(); }
@@ -63,8 +65,8 @@ class BasketWindowImpl final : public std::enable_shared_from_this<BasketWindowI
         return grid_->TextWidth(text, bold);
     }
     void BeginProgress(std::wstring_view what) override { status_->BeginProgress(what); }
-    void SetProgress(double fraction) override { status_->SetProgress(fraction); }
-    void EndProgress() override { status_->EndProgress(); }
+    void SetProgress(double fraction) override;
+    void EndProgress() override;
     void KeepPainted() override;
     void ShowAboutBox() override;
     void RequestClose() override;
@@ -79,6 +81,7 @@ class BasketWindowImpl final : public std::enable_shared_from_this<BasketWindowI
     void MouseUp(int button, int shift, Twips x, Twips y) override;
     void DblClick() override;
     bool TabPressed() override;
+    void InputBegins() override { note_->Say({}); }
     void UserActed() override;
     void Failed(const Error& error) noexcept override { ShowError(error.description()); }
 
@@ -90,6 +93,7 @@ class BasketWindowImpl final : public std::enable_shared_from_this<BasketWindowI
     void OnActivate(bool active);
     void OnContextKey();
     void ShowWholeCell();
+    void PlaceNote();
     void OnDestroy() noexcept;
     void OnDestroyed() noexcept;
     bool CloseUnlessCancelled() noexcept;
@@ -115,6 +119,7 @@ class BasketWindowImpl final : public std::enable_shared_from_this<BasketWindowI
     Services* services_ = nullptr;
     std::unique_ptr<WindowMenu> menu_;
     std::unique_ptr<WindowToolbar> toolbar_;
+    std::unique_ptr<WindowNote> note_;
     std::unique_ptr<WindowStatus> status_;
     std::unique_ptr<FlexGridControl> grid_;
     std::unique_ptr<WindowEditor> editor_;

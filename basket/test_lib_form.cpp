@@ -23,6 +23,11 @@ std::int32_t IndexFrom1(Command command, Command first) {
     return static_cast<std::int32_t>(command) - static_cast<std::int32_t>(first) + 1;
 }
 
+// Shift, Ctrl and Alt begin no action of their own.
+constexpr bool IsModifier(int key) noexcept {
+    return key >= 16 && key <= 18;
+}
+
 }  // namespace
 
 // Rooms refer to each other, so some bind references to rooms that are built after them; none uses
@@ -134,6 +139,7 @@ bool TestLibForm::AddArtikel(const std::wstring& ArtikelNr, const std::wstring& 
                              bool UseExternalInfoBox) {
     static_cast<void>(HasInfo);
     static_cast<void>(UseExternalInfoBox);
+    rooms_->context.view.ShowNote({});
     rooms_->files.Thaw();
     return rooms_->rows.AddArtikel(ArtikelNr, Katalog, KatalogURL, Menge);
 }
@@ -157,6 +163,7 @@ void TestLibForm::CommitCellEdit() {
 // --- files
 
 void TestLibForm::Load(const std::wstring& Path) {
+    rooms_->context.view.ShowNote({});
     rooms_->files.Load(Path);
 }
 
@@ -194,6 +201,7 @@ void TestLibForm::Liste_MouseUp(int Button, int Shift, Twips X, Twips Y) {
 }
 
 void TestLibForm::IPText_KeyDown(int& KeyCode, int Shift) {
+    if (!IsModifier(KeyCode)) rooms_->context.view.ShowNote({});
     rooms_->editor.IPText_KeyDown(KeyCode, Shift);
 }
 
@@ -210,6 +218,7 @@ void TestLibForm::IPComboButton_Click() {
 }
 
 void TestLibForm::IPComboList_KeyDown(int& KeyCode, int Shift) {
+    if (!IsModifier(KeyCode)) rooms_->context.view.ShowNote({});
     rooms_->editor.IPComboList_KeyDown(KeyCode, Shift);
 }
 
@@ -244,6 +253,7 @@ void TestLibForm::MenuOpened(Command top) {
 
 void TestLibForm::Run(Command command) {
     Rooms& r = *rooms_;
+    r.context.view.ShowNote({});
     r.files.Thaw();
     switch (command) {
         case Command::mnuDateiNeu:

@@ -7,6 +7,7 @@ namespace demovex {
 inline constexpr wchar_t kBasketWindowClass[] = L"DemoVexClient.TestLibForm";
 inline constexpr wchar_t kFlexGridClass[] = L"DemoVexClient.FlexGrid";
 inline constexpr wchar_t kPictureBoxClass[] = L"DemoVexClient.PictureBox";
+inline constexpr wchar_t kNoteClass[] = L"DemoVexClient.Note";
 
 // Child window ids. The editor's text and button are children of its background.
 namespace child_id {
@@ -18,6 +19,7 @@ inline constexpr int kIPText = 1005;         // EDIT, in IPBackground
 inline constexpr int kIPComboButton = 1006;  // DemoVexClient.PictureBox, in IPBackground
 inline constexpr int kIPComboList = 1007;    // LISTBOX
 inline constexpr int kProgress = 1008;       // msctls_progress32, in the status bar
+inline constexpr int kNote = 1009;           // DemoVexClient.Note, over the status bar
 inline constexpr int kFirstButton = 2001;    // toolbar buttons by position in ToolbarTable()
 }  // namespace child_id
 

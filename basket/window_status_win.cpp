@@ -27,7 +27,7 @@ WindowStatus::WindowStatus(HWND parent, HINSTANCE module, const Scale& scale) : 
 // The control paints a new text at once, theme and all, and a command may set several: painting is
 // left to the loop.
 void WindowStatus::ShowText(const std::wstring& text) {
-    const bool visible = (GetWindowLongPtrW(window_, GWL_STYLE) & WS_VISIBLE) != 0;
+    const bool visible = Visible();
     if (visible) SendMessageW(window_, WM_SETREDRAW, FALSE, 0);
     SendMessageW(window_, SB_SETTEXTW, SBT_NOBORDERS, reinterpret_cast<LPARAM>(text.c_str()));
     if (!visible) return;
@@ -57,6 +57,17 @@ int WindowStatus::Height() const noexcept {
     RECT rect{};
     GetWindowRect(window_, &rect);
     return rect.bottom - rect.top;
+}
+
+bool WindowStatus::Visible() const noexcept {
+    return (GetWindowLongPtrW(window_, GWL_STYLE) & WS_VISIBLE) != 0;
+}
+
+RECT WindowStatus::Place() const noexcept {
+    RECT rect{};
+    GetWindowRect(window_, &rect);
+    MapWindowPoints(nullptr, GetParent(window_), reinterpret_cast<POINT*>(&rect), 2);
+    return rect;
 }
 
 void WindowStatus::PlaceProgress() {

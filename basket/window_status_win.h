@@ -21,6 +21,9 @@ class WindowStatus {
     // Lets the bar follow the parent's size.
     void Layout();
     int Height() const noexcept;
+    // Whether it stands in the window, and where in the window's client area.
+    bool Visible() const noexcept;
+    RECT Place() const noexcept;
 
     // Long work: begun and ended in pairs, which may nest. `fraction` runs from 0 to 1. Nothing
     // here takes input or dispatches messages of other windows.
@@ -28,6 +31,7 @@ class WindowStatus {
     void SetProgress(double fraction);
     void EndProgress();
     bool Busy() const noexcept { return depth_ > 0; }
+    bool ShowsProgress() const noexcept { return shown_ >= 0; }
 
     HWND Handle() const noexcept { return window_; }
 

@@ -66,6 +66,9 @@ class IFlexGridControlEvents {
     virtual void DblClick() = 0;
     // Tab reached the grid, which has no use for it. Answers whether it is used up.
     virtual bool TabPressed() = 0;
+    // The user has pressed a key other than Shift, Ctrl and Alt, or a mouse button; nothing of it
+    // is dealt with yet.
+    virtual void InputBegins() {}
     // The user's key or released left button, or a keystroke of SendKey, has been dealt with,
     // whether or not it has moved the current cell.
     virtual void UserActed() = 0;

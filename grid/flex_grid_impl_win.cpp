@@ -31,6 +31,13 @@ bool InsideClientArea(HWND window, WPARAM region) noexcept {
            box.bottom <= client.bottom;
 }
 
+bool BeginsInput(UINT message, WPARAM wparam) noexcept {
+    if (message == WM_KEYDOWN) {
+        return wparam != VK_SHIFT && wparam != VK_CONTROL && wparam != VK_MENU;
+    }
+    return message == WM_LBUTTONDOWN || message == WM_RBUTTONDOWN || message == WM_MBUTTONDOWN;
+}
+
 }  // namespace
 
 FlexGridImplWin::FlexGridImplWin(Scale scale, const ITextService& text)
@@ -249,6 +256,7 @@ void FlexGridImplWin::Report(const Error& error) noexcept {
 
 LRESULT FlexGridImplWin::Handle(UINT message, WPARAM wparam, LPARAM lparam) {
     const HWND handle = window;  // stays good for DefWindowProc whatever the events do
+    if (events != nullptr && BeginsInput(message, wparam)) events->InputBegins();
     switch (message) {
         case WM_ERASEBKGND:
             return 1;

@@ -56,6 +56,8 @@ class FakeBasketView final : public IBasketView, public IEditorView {
     bool minimised = false;
     std::wstring caption;
     std::wstring status;
+    std::wstring note;                // what it says now; empty for nothing
+    std::vector<std::wstring> notes;  // all that it ever said
     bool toolbar_visible = true;
     bool statusbar_visible = true;
     int toolbars_built = 0;
@@ -223,6 +225,10 @@ class FakeBasketView final : public IBasketView, public IEditorView {
     void SetCaption(std::wstring_view new_caption) override { caption = new_caption; }
     void SetStatusText(std::wstring_view new_text) override { status = new_text; }
     std::wstring StatusText() const override { return status; }
+    void ShowNote(std::wstring_view new_text) override {
+        note = new_text;
+        if (!note.empty()) notes.push_back(note);
+    }
     Twips StatusbarHeight() const override { return status_height; }
     void SetToolbarVisible(bool visible) override { toolbar_visible = visible; }
     void SetStatusbarVisible(bool visible) override { statusbar_visible = visible; }
