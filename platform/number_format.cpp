@@ -1,5 +1,6 @@
 #include "platform/number_format.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstdio>
@@ -264,6 +265,11 @@ double DecimalToDouble(std::string_view digits, std::int64_t exponent) {
         return 0;
     }
     return value;
+}
+
+bool IsUsable(const NumberFormat& format) noexcept {
+    return std::none_of(format.decimal.begin(), format.decimal.end(), IsDigit) &&
+           std::none_of(format.thousands.begin(), format.thousands.end(), IsDigit);
 }
 
 std::optional<double> ReadPlainNumber(std::wstring_view text, const NumberFormat& format) {

@@ -28,6 +28,9 @@ struct NumberFormat {
     void SetGrouping(std::wstring_view pattern);
 };
 
+// Whether numbers can be told from their separators: no separator has a digit in it.
+bool IsUsable(const NumberFormat& format) noexcept;
+
 // The number that a plainly written `text` means: blanks (U+0020) around it, a minus or plus sign
 // directly before it, digits, thousands separators between digits (in any places; the no-break
 // space also where the locale groups with the narrow one, and the other way round), one decimal

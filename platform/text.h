@@ -40,6 +40,10 @@ class ITextService {
     // The same in place of `text`, whose memory is used again.
     virtual void WriteAmount(double value, std::wstring& text) const = 0;
 
+    // False when the user's separators cannot be used (see IsUsable) and those that are usual in
+    // the locale stand for them.
+    virtual bool UsesOwnFormat() const { return true; }
+
     // The system's ANSI code page. A character that it cannot hold becomes "?", and `*lossy` is set
     // to true then (never to false).
     virtual std::string ToAnsi(std::wstring_view text, bool* lossy = nullptr) const = 0;

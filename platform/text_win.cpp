@@ -12,10 +12,22 @@
 namespace demovex {
 namespace {
 
-std::wstring LocaleText(LCTYPE type) {
+// `source` is 0 for what the user has set, LOCALE_NOUSEROVERRIDE for what is usual in the locale.
+std::wstring LocaleText(LCTYPE type, DWORD source) {
     wchar_t text[32];
-    const int length = GetLocaleInfoW(LOCALE_USER_DEFAULT, type, text, 32);
+    const int length = GetLocaleInfoW(LOCALE_USER_DEFAULT, type | source, text, 32);
     return length > 0 ? std::wstring(text) : std::wstring();
+}
+
+NumberFormat LocaleFormat(DWORD source) {
+    NumberFormat format;
+    format.decimal = LocaleText(LOCALE_SDECIMAL, source);
+    if (format.decimal.empty()) format.decimal = L".";
+    format.thousands = LocaleText(LOCALE_STHOUSAND, source);
+    // grouping with the decimal separator itself could not be read back
+    if (format.thousands == format.decimal) format.thousands.clear();
+    format.SetGrouping(LocaleText(LOCALE_SGROUPING, source));
+    return format;
 }
 
 // The system's functions take lengths of 31 bits.
@@ -37,14 +49,11 @@ WinTextService::WinTextService() {
 }
 
 void WinTextService::Refresh() {
-    NumberFormat format;
-    format.decimal = LocaleText(LOCALE_SDECIMAL);
-    if (format.decimal.empty()) format.decimal = L".";
-    format.thousands = LocaleText(LOCALE_STHOUSAND);
-    // grouping with the decimal separator itself could not be read back
-    if (format.thousands == format.decimal) format.thousands.clear();
-    format.SetGrouping(LocaleText(LOCALE_SGROUPING));
+    NumberFormat format = LocaleFormat(0);
+    const bool own = IsUsable(format);
+    if (!own) format = LocaleFormat(LOCALE_NOUSEROVERRIDE);
     format_ = std::move(format);
+    own_format_ = own;
     ReadCodePage();
 }
 
@@ -86,7 +95,8 @@ double WinTextService::ToNumber(std::wstring_view text) const {
     }
     std::wstring terminated(text);
     double value = 0;
-    const HRESULT result = VarR8FromStr(terminated.data(), LOCALE_USER_DEFAULT, 0, &value);
+    const HRESULT result = VarR8FromStr(terminated.data(), LOCALE_USER_DEFAULT,
+                                        own_format_ ? 0 : LOCALE_NOUSEROVERRIDE, &value);
     if (result == DISP_E_OVERFLOW) RaiseRuntimeError(runtime_error::kOverflow);
     if (result == E_OUTOFMEMORY) RaiseRuntimeError(runtime_error::kOutOfMemory);
     if (FAILED(result)) RaiseRuntimeError(runtime_error::kTypeMismatch);

@@ -29,6 +29,7 @@ class WinTextService : public ITextService {
     double ToNumber(std::wstring_view text) const override;
     std::wstring FromNumber(double value) const override;
     void WriteAmount(double value, std::wstring& text) const override;
+    bool UsesOwnFormat() const override { return own_format_; }
     // No best fits: a character that the code page lacks becomes "?", never a look-alike.
     std::string ToAnsi(std::wstring_view text, bool* lossy = nullptr) const override;
     void ReadAnsi(std::string_view bytes, std::wstring& text) const override;
@@ -42,6 +43,7 @@ class WinTextService : public ITextService {
     bool ToSingleBytes(std::wstring_view text, std::string& bytes) const;
 
     NumberFormat format_;
+    bool own_format_ = true;
     bool single_bytes_ = false;
     std::array<wchar_t, 256> wide_{};  // what each byte stands for
 };

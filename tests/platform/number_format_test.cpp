@@ -195,6 +195,25 @@ TEST(NumberFormats, RoundingNearHalvesAgreesWithTheDigits) {
     }
 }
 
+TEST(NumberFormats, SeparatorsWithADigitInThemAreOfNoUse) {
+    NumberFormat format;
+    EXPECT_TRUE(IsUsable(format));
+    format.thousands.clear();
+    EXPECT_TRUE(IsUsable(format));
+    for (const wchar_t* text : {L"0", L"5", L"9", L",1"}) {
+        format = NumberFormat();
+        format.decimal = text;
+        EXPECT_FALSE(IsUsable(format));
+        format = NumberFormat();
+        format.thousands = text;
+        EXPECT_FALSE(IsUsable(format));
+    }
+    format = NumberFormat();
+    format.decimal = L"'";
+    format.thousands = L"\u00A0";
+    EXPECT_TRUE(IsUsable(format));
+}
+
 TEST(DecimalToDouble, IsCorrectlyRoundedAtTheEdges) {
     EXPECT_EQ(DecimalToDouble("9007199254740993", 0), 9007199254740992.0);
     EXPECT_EQ(DecimalToDouble("17976931348623157", 292), 1.7976931348623157e308);

@@ -268,5 +268,28 @@ TEST_F(WinText, FollowsAChangedLocaleAfterRefresh) {
     EXPECT_NE(text.FormatAmount(1234.5).find(decimal), std::wstring::npos);
 }
 
+// With a digit for a separator no number could be read back as what it was.
+TEST_F(WinText, ADigitAsASeparatorGivesWayToWhatIsUsualInTheLocale) {
+    EXPECT_TRUE(text.UsesOwnFormat());
+    for (const LCTYPE type : {LOCALE_SDECIMAL, LOCALE_STHOUSAND}) {
+        wchar_t own[8];
+        ASSERT_GT(GetLocaleInfoW(LOCALE_USER_DEFAULT, type, own, 8), 0);
+        const std::wstring before = text.FormatAmount(1234567.25);
+        ASSERT_TRUE(SetLocaleInfoW(LOCALE_USER_DEFAULT, type, L"5"));
+        text.Refresh();
+        EXPECT_FALSE(text.UsesOwnFormat());
+        EXPECT_EQ(Show(text.FormatAmount(1234567.25)), Show(before));
+        EXPECT_EQ(text.ToNumber(before), 1234567.25);
+        EXPECT_EQ(text.ToNumber(L"1555"), 1555.0);
+        // also by the system's own reading, which is asked for unusual texts
+        const std::wstring decimal = text.format().decimal;
+        EXPECT_EQ(text.ToNumber(L"(1555" + decimal + L"5)"), -1555.5);
+        SetLocaleInfoW(LOCALE_USER_DEFAULT, type, own);
+        text.Refresh();
+        EXPECT_TRUE(text.UsesOwnFormat());
+        EXPECT_EQ(Show(text.FormatAmount(1234567.25)), Show(before));
+    }
+}
+
 }  // namespace
 }  // namespace demovex

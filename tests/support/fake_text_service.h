@@ -21,13 +21,18 @@ enum class FakeLocale { kAustria, kGermany, kUnitedStates };
 
 class FakeTextService : public ITextService {
   public:
-    explicit FakeTextService(FakeLocale locale = FakeLocale::kAustria) {
+    explicit FakeTextService(FakeLocale locale = FakeLocale::kAustria) { SetLocale(locale); }
+
+    void SetLocale(FakeLocale locale) {
+        format_ = NumberFormat();
         if (locale == FakeLocale::kAustria) format_.thousands = L"\u00A0";
         if (locale == FakeLocale::kUnitedStates) {
             format_.decimal = L".";
             format_.thousands = L",";
         }
     }
+    bool own_format = true;  // what UsesOwnFormat answers
+    bool UsesOwnFormat() const override { return own_format; }
 
     const NumberFormat& format() const { return format_; }
 
