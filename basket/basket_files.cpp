@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "base/error.h"
+#include "base/one_line.h"
 #include "basket/columns.h"
 #include "basket/file_texts.h"
 #include "basket/progress_scope.h"
@@ -19,6 +20,15 @@ namespace {
 constexpr double kComposeShare = 0.7;
 
 constexpr wchar_t kHeader[] = L"DemoVexClient.Client";
+
+// A message box has no scroll bar: so many entries are listed, and of a text so many characters.
+constexpr std::int32_t kListedNumbers = 30;
+constexpr std::size_t kListedCharacters = 100;
+
+std::wstring Listed(std::wstring_view text) {
+    if (text.size() <= kListedCharacters) return std::wstring(text);
+    return std::wstring(text.substr(0, kListedCharacters)) + L"...";
+}
 
 ParameterParser BasketParser() {
     ParameterParser parser;
@@ -36,6 +46,7 @@ ParameterParser BasketParser() {
 
 void BasketFiles::Load(const std::wstring& Path) {
     rows_.CloseEditor();
+    rows_.RestoreTotalsRow();
     context_.state.Loading = true;
     context_.state.SuppressEditor = true;
     rows_.BeginLoading();
@@ -61,6 +72,7 @@ void BasketFiles::EndLoading() {
     context_.state.Modified = false;
     context_.state.Loading = false;
     context_.state.SuppressEditor = false;
+    ShowPosition(context_);  // the handler of the current cell was idle
 }
 
 void BasketFiles::LoadRows(const std::wstring& path, Rejected& rejected) {
@@ -80,25 +92,28 @@ void BasketFiles::LoadRows(const std::wstring& path, Rejected& rejected) {
     // merge into one row and count as rejected; the row removed is then whatever stands at the
     // counter, and from there on counter and rows may differ. The numbering is kept so on purpose.
     std::int32_t row = 1;
-    std::wstring number, catalog, url;
+    std::wstring number, quantity, catalog, url;
     for (std::int32_t line = has_header ? 2 : 1; line <= parser.Rows(); ++line) {
         progress.Step(line, parser.Rows());
         number = parser.Value(1, line);
+        BlankControls(number);
         if (number.empty()) {
             rows_.AddArtikel(L"", L"", L"", 1);
             rows_.SetCell(row, column::kBezeichnung, parser.Value(2, line));
         } else {
             catalog = parser.Value(6, line);
             url = parser.Value(7, line);
-            const std::wstring_view quantity = parser.Value(3, line);
+            quantity = parser.Value(3, line);
+            BlankControls(quantity);
             if (rows_.AddArtikel(number, catalog, url, 1)) {
                 SetQuantity(row, quantity);
             } else {
                 rows_.RemoveRows(row, 1);
                 --row;
-                rejected.list.append(L"\r\n").append(number).append(L" (");
-                rejected.list.append(quantity).append(L")");
-                ++rejected.count;
+                if (++rejected.count <= kListedNumbers) {
+                    rejected.list.append(L"\r\n").append(Listed(number)).append(L" (");
+                    rejected.list.append(Listed(quantity)).append(L")");
+                }
             }
         }
         ++row;
@@ -131,9 +146,12 @@ void BasketFiles::SetQuantity(std::int32_t row, std::wstring_view quantity) {
 
 void BasketFiles::ShowRejected(const Rejected& rejected) {
     const wchar_t* plural = rejected.count > 1 ? L"n" : L"";
-    const std::wstring text = std::wstring(L"Folgende Artikelnummer") + plural +
-                              L" wurden nicht im Artikelstamm gefunden und wurde" + plural +
-                              L" daher aus dem Warenkorb entfernt: \r\n" + rejected.list;
+    std::wstring text = std::wstring(L"Folgende Artikelnummer") + plural +
+                        L" wurden nicht im Artikelstamm gefunden und wurde" + plural +
+                        L" daher aus dem Warenkorb entfernt: \r\n" + rejected.list;
+    if (rejected.count > kListedNumbers) {
+        text += L"\r\n... und " + std::to_wstring(rejected.count - kListedNumbers) + L" weitere";
+    }
     context_.services.messages.Show(text, L"Fehlerhafte Warenkorbdatei", MessageButtons::kOk,
                                     MessageIcon::kExclamation);
 }
@@ -145,14 +163,13 @@ void BasketFiles::mnuDateiNeu_Click() {
     if (Cancel) return;
 
     rows_.CloseEditor();  // a link followed while the question stood may have opened it again
+    rows_.RestoreTotalsRow();
 
     IFlexGrid& grid = context_.Liste;
     const SuppressEditorScope suppress(context_.state);
     {
         const RedrawOffScope redraw_off(grid);
         rows_.ClearRows();
-        rows_.SetCell(grid.Rows() - 1, column::kGesamtAts, L"");
-        rows_.SetCell(grid.Rows() - 1, column::kGesamtEuro, L"");
     }
     grid.SetCol(column::kBezeichnung);
     rows_.Liste_RowColChange();
@@ -163,7 +180,7 @@ void BasketFiles::mnuDateiNeu_Click() {
 }
 
 void BasketFiles::mnuDateiOeffnen_Click() {
-    rows_.CommitCellEdit();
+    rows_.CloseEditor();
     bool Cancel = false;
     QuerySaveChanges(Cancel);
     if (Cancel) return;
@@ -188,7 +205,7 @@ void BasketFiles::mnuDateiOeffnen_Click() {
 }
 
 void BasketFiles::mnuDateiLRU_Click(std::int32_t Index) {
-    rows_.CommitCellEdit();  // a text being typed is a change to be asked about
+    rows_.CloseEditor();  // a text being typed is a change to be asked about
     bool Cancel = false;
     QuerySaveChanges(Cancel);
     if (Cancel) return;
@@ -209,6 +226,7 @@ void BasketFiles::mnuDateiSpeichern_Click() {
         return;
     }
     rows_.CommitCellEdit();
+    rows_.RestoreTotalsRow();
     recent_.AddRecentFile(state.CurrentPath);
 
     bool lossy = false;

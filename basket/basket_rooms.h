@@ -11,6 +11,7 @@
 #include <string_view>
 
 #include "basket/basket_state.h"
+#include "basket/columns.h"
 
 namespace demovex {
 
@@ -21,6 +22,15 @@ inline constexpr std::wstring_view kDesignedCaption = L"Vexmart Demo Warenkorb 1
 inline void SetBasketCaption(const BasketContext& context, std::wstring_view caption) {
     context.state.Caption = caption;
     context.view.SetCaption(caption);
+}
+
+// Shows the current row's catalogue position in the status bar; none while several rows are
+// selected.
+inline void ShowPosition(const BasketContext& context) {
+    const IFlexGrid& grid = context.Liste;
+    const bool one_row = grid.RowSel() == grid.Row();
+    context.view.SetStatusText(one_row ? grid.TextMatrix(grid.Row(), column::kKatalog)
+                                       : std::wstring_view());
 }
 
 class IBasketRows {
@@ -35,6 +45,11 @@ class IBasketRows {
     // CommitCellEdit until no editor is open.
     virtual void CloseEditor() = 0;
 
+    // Puts the totals row back below the last line, with right totals, when a load has taken it
+    // away; whoever is about to change the basket or to write it calls this. Idle while a load is
+    // running.
+    virtual void RestoreTotalsRow() = 0;
+
     // Adds `Menge` of an article at the end of the basket; see TestLibForm::AddArtikel. While
     // BasketState::Loading is set an unknown number answers false, leaves its row without
     // description, quantity and prices, and raises nothing; and a new row of a found article is
@@ -43,7 +58,9 @@ class IBasketRows {
                             const std::wstring& KatalogURL, std::int32_t Menge) = 0;
 
     // Recomputes the line totals of `row` and the totals row. Raises 13 when a quantity, price or
-    // line total of an article row does not read as a number, 6 when a product or sum overflows.
+    // line total of an article row does not read as a number, 6 when a product or sum overflows;
+    // not before it has written what it can: the line totals of its own row, and the totals over
+    // all lines that do read.
     virtual void RecalculateTotals(std::int32_t row) = 0;
 
     // Between these two, the totals row is written only once, at the end. EndLoading raises
@@ -55,11 +72,11 @@ class IBasketRows {
     // the line numbers stay as they are. Raises what the grid raises and changes nothing then.
     virtual void RemoveRows(std::int32_t first, std::int32_t count) = 0;
 
-    // Removes all basket rows; header and totals row stay as they are.
+    // Removes all basket rows and empties the totals.
     virtual void ClearRows() = 0;
 
-    // Writes one cell of any row and keeps the running totals right; nothing shown but the cell
-    // changes, and Modified stays as it is.
+    // Writes one cell of any row, control characters as blanks, and keeps the running totals right;
+    // nothing shown but the cell changes, and Modified stays as it is.
     virtual void SetCell(std::int32_t row, std::int32_t col, std::wstring_view text) = 0;
 
     // The current-cell handler: commits the cell left behind and opens the editor on the current

@@ -1,9 +1,12 @@
 #include "basket/basket_rows.h"
 
 #include <charconv>
+#include <exception>
+#include <optional>
 #include <variant>
 
 #include "base/error.h"
+#include "base/one_line.h"
 #include "base/round.h"
 #include "basket/columns.h"
 #include "basket/scopes.h"
@@ -22,6 +25,26 @@ std::wstring DecimalText(std::int32_t value) {
 // Schillings to the euro, fixed for good.
 constexpr double kSchillingsPerEuro = 13.7603;
 
+// Runs steps of which each is to be done whatever becomes of the others; the first error of all is
+// raised at the end.
+class FirstError {
+  public:
+    template <typename Step>
+    void Run(Step&& step) {
+        try {
+            step();
+        } catch (const Error&) {
+            if (!first_) first_ = std::current_exception();
+        }
+    }
+    void Raise() const {
+        if (first_) std::rethrow_exception(first_);
+    }
+
+  private:
+    std::exception_ptr first_;
+};
+
 }  // namespace
 
 BasketRows::BasketRows(BasketContext& context, ICellCommit& editor, IArticleLookup& articles)
@@ -30,7 +53,8 @@ BasketRows::BasketRows(BasketContext& context, ICellCommit& editor, IArticleLook
       state_(context.state),
       editor_(editor),
       articles_(articles),
-      totals_(context.Liste, context.services.text) {}
+      totals_(context.Liste, context.services.text),
+      note_(context, totals_) {}
 
 void BasketRows::BuildEmptyGrid() {
     grid_.SetRows(2);
@@ -43,37 +67,66 @@ void BasketRows::BuildEmptyGrid() {
         grid_.SetColWidth(col, design.width);
         grid_.SetTextMatrix(1, col, L"");
     }
-    grid_.SetTextMatrix(1, column::kBezeichnung, L"Gesamt");
-    for (const std::int32_t col : {column::kBezeichnung, column::kGesamtAts, column::kGesamtEuro}) {
-        grid_.SetCellBold(1, col, true);
-    }
+    DressTotalsRow(1);
     grid_.SetCol(column::kBezeichnung);
     totals_.Recount();
 }
 
+void BasketRows::DressTotalsRow(std::int32_t row) {
+    grid_.SetTextMatrix(row, column::kBezeichnung, L"Gesamt");
+    for (const std::int32_t col : {column::kBezeichnung, column::kGesamtAts, column::kGesamtEuro}) {
+        grid_.SetCellBold(row, col, true);
+    }
+}
+
+void BasketRows::RestoreTotalsRow() {
+    if (state_.Loading || totals_.HasTotalsRow()) return;
+    totals_.RestoreTotalsRow();
+    const std::int32_t totals = grid_.Rows() - 1;
+    DressTotalsRow(totals);
+    Renumber(1);
+    try {
+        // the row above stood in the totals' place and may show their amounts
+        RecalculateTotals(totals - 1);
+    } catch (const Error&) {  // whoever recalculates next meets it again
+    }
+}
+
 bool BasketRows::AddArtikel(const std::wstring& ArtikelNr, const std::wstring& Katalog,
                             const std::wstring& KatalogURL, std::int32_t Menge) {
-    editor_.CloseEditor();
+    // No order is lost because something else is wrong in the basket.
+    FirstError errors;
+    errors.Run([this] { editor_.CloseEditor(); });
+    RestoreTotalsRow();
     state_.Modified = true;
     SuppressEditorScope suppress(state_);
     const std::int32_t last = grid_.Rows() - 2;
     bool result = false;
     if (!ArtikelNr.empty() && grid_.TextMatrix(last, column::kArtNr) == ArtikelNr) {
-        MergeIntoRow(last, Menge);
+        errors.Run([&] { MergeIntoRow(last, Menge); });
     } else {
-        result = AppendRow(ArtikelNr, Katalog, KatalogURL, Menge);
+        errors.Run([&] { result = AppendRow(ArtikelNr, Katalog, KatalogURL, Menge); });
         // A file that is being loaded lists unknown numbers; whoever loads it removes the row.
         // Line totals of a found article wait for the quantity that the file says.
-        if (state_.Loading && !ArtikelNr.empty()) return result;
+        if (state_.Loading && !ArtikelNr.empty()) {
+            errors.Raise();
+            return result;
+        }
     }
-    totals_.Recalculate(grid_.Rows() - 2);
+    errors.Run([this] { RecalculateTotals(grid_.Rows() - 2); });
+    errors.Raise();
     return result;
 }
 
 void BasketRows::MergeIntoRow(std::int32_t row, std::int32_t menge) {
     if (grid_.Col() == column::kMenge) editor_.CommitCellEdit();
-    const double quantity = LeadingNumber(grid_.TextMatrix(row, column::kMenge)) + menge;
-    SetCell(row, column::kMenge, context_.services.text.FromNumber(quantity));
+    double quantity = 0;
+    try {
+        quantity = LeadingNumber(grid_.TextMatrix(row, column::kMenge));
+    } catch (const Error& error) {
+        if (error.number() != runtime_error::kOverflow) throw;  // too large to be read
+    }
+    SetCell(row, column::kMenge, context_.services.text.FromNumber(quantity + menge));
     if (grid_.Col() == column::kMenge) {
         // The row is as it will be, so the editor may show the new quantity at once.
         state_.SuppressEditor = false;
@@ -95,12 +148,22 @@ bool BasketRows::AppendRow(const std::wstring& nr, const std::wstring& katalog,
         grid_.SetCol(column::kBezeichnung);
         return false;
     }
-    const bool found = RefreshArtikel(row, menge);
+    FirstError errors;
+    bool found = false;
+    errors.Run([&] { found = RefreshArtikel(row, menge); });
     SetCell(row, column::kKatalog, katalog);
     SetCell(row, column::kKatalogUrl, katalog_url);
     grid_.SetCol(column::kArtNr);
     grid_.SetColSel(grid_.Cols() - 1);
+    errors.Raise();
     return found;
+}
+
+void BasketRows::AppendEmptyRow() {
+    try {
+        AddArtikel(L"", L"", L"", 1);
+    } catch (const IncompleteLine&) {  // told in the note
+    }
 }
 
 void BasketRows::DressRow(std::int32_t row) {
@@ -113,10 +176,12 @@ bool BasketRows::RefreshArtikel(std::int32_t row, std::int32_t Menge) {
     const std::wstring nr(grid_.TextMatrix(row, column::kArtNr));
     if (nr.empty()) return false;
     editor_.CommitCellEdit();
+    RestoreTotalsRow();
     state_.Modified = true;
     SuppressEditorScope suppress(state_);
     if (!articles_.LookUpArtikelNr(nr, bezeichnung_, preis_)) return false;
     const ITextService& text = context_.services.text;
+    BlankControls(preis_);
     SetCell(row, column::kBezeichnung, bezeichnung_);
     if (Menge > -1) SetCell(row, column::kMenge, DecimalText(Menge));
     const double price = text.ToNumber(preis_);
@@ -125,12 +190,22 @@ bool BasketRows::RefreshArtikel(std::int32_t row, std::int32_t Menge) {
     text.WriteAmount(RoundToHundredths(price / kSchillingsPerEuro), amount_);
     SetCell(row, column::kPreisEuro, amount_);
     grid_.SetCol(column::kMenge);
-    if (!state_.Loading) totals_.Recalculate(row);
+    if (!state_.Loading) RecalculateTotals(row);
     return true;
 }
 
+bool BasketRows::CompleteTypedArticle(std::int32_t row) {
+    try {
+        return RefreshArtikel(row, 1);
+    } catch (const IncompleteLine&) {  // told in the note; the article was found
+        return true;
+    }
+}
+
 void BasketRows::InsertArtikel(std::int32_t row, std::int32_t rowcount) {
-    editor_.CloseEditor();
+    FirstError errors;
+    errors.Run([this] { editor_.CloseEditor(); });
+    RestoreTotalsRow();
     state_.Modified = true;
     SuppressEditorScope suppress(state_);
     if (rowcount >= 1) {
@@ -141,6 +216,7 @@ void BasketRows::InsertArtikel(std::int32_t row, std::int32_t rowcount) {
     grid_.SetCol(column::kArtNr);
     suppress.Clear();
     grid_.SetCol(column::kBezeichnung);
+    errors.Raise();
 }
 
 std::int32_t BasketRows::GetRowType(std::int32_t row) const {
@@ -151,6 +227,57 @@ void BasketRows::Renumber(std::int32_t first) {
     for (std::int32_t row = first; row <= grid_.Rows() - 2; ++row) {
         grid_.SetTextMatrix(row, column::kNumber, DecimalText(row));
     }
+}
+
+void BasketRows::RecalculateTotals(std::int32_t row) {
+    try {
+        totals_.Recalculate(row);
+    } catch (const IncompleteLine& line) {
+        if (!state_.Loading) note_.Tell(line.row());
+        throw;
+    }
+    note_.AllComplete();
+}
+
+void BasketRows::RecalculateWithNote(std::int32_t row) {
+    try {
+        RecalculateTotals(row);
+    } catch (const IncompleteLine&) {  // told in the note
+    }
+}
+
+void BasketRows::PutBack(std::int32_t row, const std::array<std::wstring, column::kCount>& texts) {
+    for (std::int32_t col = column::kArtNr; col < column::kCount; ++col) {
+        SetCell(row, col, texts[static_cast<std::size_t>(col)]);
+    }
+    try {
+        RecalculateTotals(grid_.Rows() - 1);
+    } catch (const Error&) {  // the caller has an error to tell already
+    }
+}
+
+void BasketRows::NumberFormatChanged(const std::function<void()>& change) {
+    ReformatEditor([&] { totals_.Reformat(change); });
+}
+
+// A quantity that is being typed is a number of the old format, too.
+void BasketRows::ReformatEditor(const std::function<void()>& change) {
+    IEditorView& editor = context_.view.Editor();
+    const ITextService& text = context_.services.text;
+    if (!editor.BackgroundVisible() || state_.EditCol != column::kMenge) return change();
+    const auto number = [&](std::wstring_view typed) -> std::optional<double> {
+        try {
+            return text.ToNumber(typed);
+        } catch (const Error&) {
+            return std::nullopt;
+        }
+    };
+    const std::optional<double> old = number(editor.Text());
+    change();
+    if (!old || number(editor.Text()) == old) return;
+    state_.LastValidText = text.FromNumber(*old);
+    editor.SetText(state_.LastValidText);
+    editor.Select(static_cast<std::int32_t>(state_.LastValidText.size()), 0);
 }
 
 void BasketRows::MoveRows(std::int32_t first, std::int32_t count, std::int32_t to) {
@@ -170,10 +297,18 @@ void BasketRows::RemoveRows(std::int32_t first, std::int32_t count) {
 
 void BasketRows::ClearRows() {
     totals_.RemoveRows(1, grid_.Rows() - 2);
+    note_.Forget();
+    for (const std::int32_t col : {column::kGesamtAts, column::kGesamtEuro}) {
+        SetCell(grid_.Rows() - 1, col, L"");
+    }
 }
 
 void BasketRows::SetCell(std::int32_t row, std::int32_t col, std::wstring_view text) {
-    totals_.SetCell(row, col, text);
+    if (HasControls(text)) {
+        totals_.SetCell(row, col, OneLine(text));
+    } else {
+        totals_.SetCell(row, col, text);
+    }
 }
 
 std::int32_t BasketRows::Count() const {

@@ -1,8 +1,10 @@
 #include "basket/cell_editor.h"
 
 #include <algorithm>
+#include <array>
 
 #include "base/error.h"
+#include "base/one_line.h"
 #include "basket/columns.h"
 #include "basket/editor_keys.h"
 #include "basket/scopes.h"
@@ -83,11 +85,7 @@ void CellEditor::Open() {
 
 void CellEditor::Liste_RowColChange() {
     if (state_.InitPending || state_.Loading) return;
-    if (grid_.RowSel() == grid_.Row()) {
-        context_.view.SetStatusText(grid_.TextMatrix(grid_.Row(), column::kKatalog));
-    } else {
-        context_.view.SetStatusText(L"");
-    }
+    ShowPosition(context_);
     CommitCellEdit();
     if (state_.SuppressEditor) return;
     if (Editable()) Open();
@@ -113,24 +111,37 @@ void CellEditor::CommitCellEdit() {
         }
     } focus_rect_back{*this};
 
+    rows_.RestoreTotalsRow();
     state_.Modified = true;
     const std::int32_t row = state_.EditRow;
     const std::int32_t col = state_.EditCol;
-    const std::wstring typed = view_.Text();
+    const std::wstring typed = OneLine(view_.Text());
     const std::wstring old(grid_.TextMatrix(row, col));
     rows_.SetCell(row, col, typed);
     if (col == column::kArtNr && rows_.IsArticleRow(row)) {
         CommitArticleNumber(row, col, typed, old);
     } else if (col == column::kMenge) {
         // The current cell may be another one already when a click has moved it.
-        if (row != grid_.Row()) rows_.RecalculateTotals(row);
-        rows_.RecalculateTotals(grid_.Row());
+        if (row != grid_.Row()) rows_.RecalculateWithNote(row);
+        rows_.RecalculateWithNote(grid_.Row());
     }
 }
 
 void CellEditor::CommitArticleNumber(std::int32_t row, std::int32_t col, const std::wstring& typed,
                                      const std::wstring& old) {
-    if (rows_.RefreshArtikel(row, 1)) {
+    std::array<std::wstring, column::kCount> before;
+    for (std::int32_t c = 0; c < column::kCount; ++c) {
+        before[static_cast<std::size_t>(c)] = grid_.TextMatrix(row, c);
+    }
+    before[static_cast<std::size_t>(col)] = old;
+    bool found = false;
+    try {
+        found = rows_.CompleteTypedArticle(row);
+    } catch (...) {
+        rows_.PutBack(row, before);
+        throw;
+    }
+    if (found) {
         CommitCellEdit();
         Liste_RowColChange();
         return;
@@ -197,7 +208,7 @@ void CellEditor::Reopen() {
 
 void CellEditor::ReturnInDescription() {
     if (state_.EditRow == grid_.Rows() - 1) {
-        rows_.AddArtikel(L"", L"", L"", 1);
+        rows_.AppendEmptyRow();
     } else {
         rows_.InsertArtikel(state_.EditRow + 1, 1);
     }

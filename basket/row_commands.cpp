@@ -15,7 +15,7 @@ RowCommands::Selection RowCommands::SelectedRows() const {
 }
 
 void RowCommands::AppendEmptyRow() {
-    rows_.AddArtikel(L"", L"", L"", 1);
+    rows_.AppendEmptyRow();
     BringRowIntoView();
 }
 
@@ -42,6 +42,7 @@ void RowCommands::mnuEditNeueZeile_Click() {
 
 void RowCommands::mnuEditZeileOberhalbEinfügen_Click() {
     rows_.CloseEditor();
+    rows_.RestoreTotalsRow();
     state_.Modified = true;
     if (grid_.Row() == 0) {
         AppendEmptyRow();
@@ -51,14 +52,9 @@ void RowCommands::mnuEditZeileOberhalbEinfügen_Click() {
     rows_.Liste_RowColChange();
 }
 
-void RowCommands::ClearShownTotals() {
-    grid_.SetCol(column::kBezeichnung);
-    rows_.SetCell(grid_.Rows() - 1, column::kGesamtAts, L"");
-    rows_.SetCell(grid_.Rows() - 1, column::kGesamtEuro, L"");
-}
-
 void RowCommands::mnuEditZeilenLöschen_Click() {
     rows_.CloseEditor();
+    rows_.RestoreTotalsRow();
     state_.Modified = true;
     const std::int32_t anchor = grid_.Row();
     if (anchor == 0) {
@@ -66,22 +62,15 @@ void RowCommands::mnuEditZeilenLöschen_Click() {
         rows_.Liste_RowColChange();
         return;
     }
-    const std::int32_t wanted = SelectedRows().Count();
-    const std::int32_t removed = std::min(wanted, grid_.Rows() - 1 - anchor);
+    const std::int32_t removed =
+        std::min(SelectedRows().Count(), grid_.Rows() - 1 - anchor);  // up to the totals row
     if (removed > 0) rows_.RemoveRows(anchor, removed);
-    // The selection reached beyond the last basket row of a basket that is empty now.
-    if (removed < wanted && grid_.Rows() == 2) {
-        ClearShownTotals();
-        return;
-    }
-    if (removed > 0) {
-        // What was selected is gone; what moved up into its place is not selected with it.
-        grid_.SetRow(grid_.Row());
-        rows_.Renumber(grid_.Row());
-        // The lines that are left keep their totals, so only the sums are made anew.
-        rows_.RecalculateTotals(grid_.Rows() - 1);
-        if (grid_.Rows() == 2) grid_.SetCol(column::kBezeichnung);
-    }
+    // What was selected is gone; what moved up into its place is not selected with it.
+    grid_.SetRow(grid_.Row());
+    rows_.Renumber(grid_.Row());
+    // The lines that are left keep their totals, so only the sums are made anew.
+    rows_.RecalculateWithNote(grid_.Rows() - 1);
+    if (grid_.Rows() == 2) grid_.SetCol(column::kBezeichnung);
     rows_.Liste_RowColChange();
 }
 
@@ -93,6 +82,7 @@ bool RowCommands::CanMove(std::int32_t step) const {
 }
 
 void RowCommands::MoveSelection(std::int32_t step) {
+    rows_.RestoreTotalsRow();
     state_.Modified = true;
     if (!CanMove(step)) return;
     const std::int32_t row = grid_.Row();

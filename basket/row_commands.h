@@ -33,7 +33,6 @@ class RowCommands {
     Selection SelectedRows() const;
     void AppendEmptyRow();
     void BringRowIntoView();
-    void ClearShownTotals();
     bool CanMove(std::int32_t step) const;
     void MoveSelection(std::int32_t step);
 

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "base/error.h"
+#include "base/one_line.h"
 #include "basket/article_master.h"
 #include "basket/basket_files.h"
 #include "basket/basket_rooms.h"
@@ -86,6 +87,7 @@ void TestLibForm::Initialize() {
         throw;
     }
     r.state.InitPending = false;
+    TellNumberFormat();
 }
 
 void TestLibForm::DoReSize() {
@@ -141,7 +143,7 @@ bool TestLibForm::AddArtikel(const std::wstring& ArtikelNr, const std::wstring& 
     static_cast<void>(UseExternalInfoBox);
     rooms_->context.view.ShowNote({});
     rooms_->files.Thaw();
-    return rooms_->rows.AddArtikel(ArtikelNr, Katalog, KatalogURL, Menge);
+    return rooms_->rows.AddArtikel(OneLine(ArtikelNr), Katalog, KatalogURL, Menge);
 }
 
 bool TestLibForm::RefreshArtikel(std::int32_t row, std::int32_t Menge) {
@@ -158,6 +160,18 @@ std::int32_t TestLibForm::GetRowType(std::int32_t row) const {
 
 void TestLibForm::CommitCellEdit() {
     rooms_->editor.CommitCellEdit();
+}
+
+void TestLibForm::NumberFormatChanged(const std::function<void()>& change) {
+    if (rooms_->state.InitPending) return change();  // nothing is shown yet
+    rooms_->rows.NumberFormatChanged(change);
+    TellNumberFormat();
+}
+
+void TestLibForm::TellNumberFormat() {
+    if (rooms_->context.services.text.UsesOwnFormat()) return;
+    rooms_->context.view.ShowNote(
+        L"Im eingestellten Zahlenformat ist ein Trennzeichen eine Ziffer; es gilt das übliche");
 }
 
 // --- files

@@ -6,6 +6,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -55,6 +56,12 @@ class TestLibForm final : public IMSContainer, public IFlexGridEvents {
     void InsertArtikel(std::int32_t row, std::int32_t rowcount = 0);
     std::int32_t GetRowType(std::int32_t row) const;
     void CommitCellEdit();
+    // The user's number format has changed (WM_SETTINGCHANGE): `change` makes the text service use
+    // the new one. Unit prices, line totals and totals are written anew from the values that they
+    // have in the format used so far, and so are quantities that would read differently, that which
+    // is being typed included. Nothing is looked up and Modified stays as it is. `change` is called
+    // once in any case. Raises 7 alone.
+    void NumberFormatChanged(const std::function<void()>& change);
 
     // --- files
     void Load(const std::wstring& Path);
@@ -96,6 +103,8 @@ class TestLibForm final : public IMSContainer, public IFlexGridEvents {
     const BasketState& State() const;
 
   private:
+    void TellNumberFormat();
+
     struct Rooms;
     std::unique_ptr<Rooms> rooms_;
 };

@@ -1,7 +1,9 @@
 #include "basket/totals.h"
 
 #include <cmath>
+#include <limits>
 #include <string>
+#include <vector>
 
 #include "base/error.h"
 #include "basket/columns.h"
@@ -13,6 +15,8 @@ constexpr std::array<std::int32_t, 2> kAmountColumns = {column::kGesamtAts, colu
 constexpr std::int64_t kBillion = 1'000'000'000;
 // Up to here every whole number of hundredths is a double of its own.
 constexpr double kLargestExact = 9007199254740992.0;
+
+constexpr double kNoNumber = std::numeric_limits<double>::quiet_NaN();
 
 bool AffectsTotals(std::int32_t col) {
     return col == column::kArtNr || col == column::kGesamtAts || col == column::kGesamtEuro;
@@ -108,7 +112,7 @@ void Totals::RemoveRows(std::int32_t first, std::int32_t count) {
         if (end == grid_.Rows()) Account(first - 1, sign);
     };
     if (first < 1 || end > grid_.Rows()) RaiseRuntimeError(runtime_error::kSubscriptOutOfRange);
-    if (end == grid_.Rows()) WritePending();  // to the row that is the last one still
+    const bool last = end == grid_.Rows();
     account(-1);
     try {
         grid_.RemoveItem(first, count);
@@ -116,6 +120,17 @@ void Totals::RemoveRows(std::int32_t first, std::int32_t count) {
         account(+1);
         throw;
     }
+    if (!last) return;
+    has_totals_row_ = false;
+    pending_ = false;  // those were the totals of the row that has gone
+}
+
+void Totals::RestoreTotalsRow() {
+    if (has_totals_row_) return;
+    const std::int32_t row = grid_.Rows();
+    grid_.AddItem(row);
+    Account(row - 1, +1);
+    has_totals_row_ = true;
 }
 
 void Totals::MoveRows(std::int32_t first, std::int32_t count, std::int32_t to) {
@@ -138,48 +153,136 @@ double Totals::Walk(std::int32_t col) const {
     double sum = 0;
     for (std::int32_t row = 1; row <= grid_.Rows() - 2; ++row) {
         if (!Counts(row)) continue;
-        sum += text_.ToNumber(grid_.TextMatrix(row, col));
+        const std::wstring_view amount = grid_.TextMatrix(row, col);
+        if (amount.empty()) continue;
+        try {
+            sum += text_.ToNumber(amount);
+        } catch (const Error& error) {
+            if (error.number() != runtime_error::kTypeMismatch) throw;
+        }
         if (!std::isfinite(sum)) RaiseRuntimeError(runtime_error::kOverflow);
     }
     return sum;
 }
 
 void Totals::Recalculate(std::int32_t row) {
+    // Everything that can be written is written before the first error is raised.
+    std::int32_t own_error = 0;
+    const auto attempt = [&own_error](auto&& step) {
+        try {
+            step();
+        } catch (const Error& error) {
+            const std::int32_t number = error.number();
+            if (number != runtime_error::kTypeMismatch && number != runtime_error::kOverflow) {
+                throw;
+            }
+            if (own_error == 0) own_error = number;
+        }
+    };
     if (!grid_.TextMatrix(row, column::kArtNr).empty()) {
-        const double menge = text_.ToNumber(grid_.TextMatrix(row, column::kMenge));
-        SetLineTotal(row, menge, column::kPreisAts, column::kGesamtAts);
-        SetLineTotal(row, menge, column::kPreisEuro, column::kGesamtEuro);
+        attempt([&] {
+            const double menge = text_.ToNumber(grid_.TextMatrix(row, column::kMenge));
+            attempt([&] { SetLineTotal(row, menge, column::kPreisAts, column::kGesamtAts); });
+            attempt([&] { SetLineTotal(row, menge, column::kPreisEuro, column::kGesamtEuro); });
+        });
     }
-    if (sums_[0].inexact == 0 && sums_[1].inexact == 0 &&
-        (sums_[0].unreadable != 0 || sums_[1].unreadable != 0)) {
-        RaiseRuntimeError(runtime_error::kTypeMismatch);
-    }
-    if (deferred_ && sums_[0].Plain() && sums_[1].Plain()) {
+    bool written = true;
+    if (deferred_ && Exact()) {
         pending_ = true;
-        return;
+    } else {
+        written = WriteTotalsRow();
     }
-    WriteTotalsRow();
+    if (own_error == runtime_error::kOverflow || (own_error == 0 && !written)) {
+        RaiseRuntimeError(runtime_error::kOverflow);
+    }
+    if (own_error != 0) throw IncompleteLine(row);
+    if (Unreadable() != 0) throw IncompleteLine(0);
 }
 
 void Totals::Defer(bool deferred) {
     deferred_ = deferred;
-    if (!deferred) WritePending();
+    if (!deferred && pending_) WriteTotalsRow();
 }
 
-void Totals::WritePending() {
-    if (pending_) WriteTotalsRow();
-}
-
-void Totals::WriteTotalsRow() {
+bool Totals::WriteTotalsRow() {
     pending_ = false;
-    std::array<double, 2> values{};
+    bool written = true;
     for (std::size_t i = 0; i < kAmountColumns.size(); ++i) {
-        values[i] = sums_[i].Plain() ? sums_[i].Value() : Walk(kAmountColumns[i]);
+        double value = 0;
+        try {
+            value = sums_[i].inexact == 0 ? sums_[i].Value() : Walk(kAmountColumns[i]);
+        } catch (const Error& error) {
+            if (error.number() != runtime_error::kOverflow) throw;
+            written = false;
+        }
+        if (value == 0) {
+            amount_.clear();
+        } else {
+            text_.WriteAmount(value, amount_);
+        }
+        SetCell(grid_.Rows() - 1, kAmountColumns[i], amount_);
     }
-    for (std::size_t i = 0; i < kAmountColumns.size(); ++i) {
-        SetCell(grid_.Rows() - 1, kAmountColumns[i],
-                values[i] == 0 ? std::wstring() : text_.FormatAmount(values[i]));
+    return written;
+}
+
+bool Totals::Reads(std::int32_t row) const {
+    for (const std::int32_t col : kAmountColumns) {
+        Sum sum;
+        AccountAmount(sum, grid_.TextMatrix(row, col), +1);
+        if (sum.unreadable != 0) return false;
     }
+    return true;
+}
+
+void Totals::Reformat(const std::function<void()>& change) {
+    static constexpr std::array<std::int32_t, 5> kTexts = {column::kMenge, column::kPreisAts,
+                                                           column::kPreisEuro, column::kGesamtAts,
+                                                           column::kGesamtEuro};
+    const std::int32_t rows = grid_.Rows();
+    const auto number = [this](std::wstring_view text) {
+        if (text.empty()) return kNoNumber;
+        try {
+            return text_.ToNumber(text);
+        } catch (const Error&) {
+            return kNoNumber;
+        }
+    };
+    std::vector<double> values;
+    try {
+        values.reserve(kTexts.size() * static_cast<std::size_t>(rows - 1));
+        for (std::int32_t row = 1; row < rows; ++row) {
+            for (const std::int32_t col : kTexts) {
+                values.push_back(number(grid_.TextMatrix(row, col)));
+            }
+        }
+    } catch (...) {
+        change();
+        Recount();
+        throw;
+    }
+    change();
+    try {
+        const double* value = values.data();
+        for (std::int32_t row = 1; row < rows; ++row) {
+            for (const std::int32_t col : kTexts) {
+                const double old = *value++;
+                if (std::isnan(old)) continue;
+                if (col != column::kMenge) {
+                    text_.WriteAmount(old, amount_);
+                } else if (number(grid_.TextMatrix(row, col)) != old) {
+                    amount_ = text_.FromNumber(old);
+                } else {
+                    continue;  // a quantity stays as it was typed
+                }
+                grid_.SetTextMatrix(row, col, amount_);
+            }
+        }
+    } catch (...) {
+        Recount();
+        throw;
+    }
+    Recount();
+    if (has_totals_row_) WriteTotalsRow();
 }
 
 void Totals::Recount() {

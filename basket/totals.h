@@ -7,18 +7,39 @@
 // thousand lines.
 //
 // Amounts that do not read as a number are counted: while there are any, a recalculation raises the
-// type mismatch that summing up would meet. Amounts that are not whole hundredths or too large to
-// be exact are counted too: while there are any, the totals are summed up row by row.
+// type mismatch that summing up would meet, once it has written the totals of all lines that do
+// read. Amounts that are not whole hundredths or too large to be exact are counted too: while there
+// are any, the totals are summed up row by row.
+//
+// A file with two lines of one number takes the totals row away while it loads. What is in its
+// place then is no longer counted, until RestoreTotalsRow.
 #pragma once
 
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <string_view>
 
+#include "base/error.h"
 #include "grid/flex_grid.h"
 #include "platform/text.h"
 
 namespace demovex {
+
+// The type mismatch that a recalculation ends with when a line with a number lacks readable
+// amounts. All that can be reckoned has been written then.
+class IncompleteLine final : public Error {
+  public:
+    // `row` is the row that was recalculated when it lacks them itself, otherwise 0.
+    explicit IncompleteLine(std::int32_t row)
+        : Error(runtime_error::kTypeMismatch, {},
+                std::wstring(StandardDescription(runtime_error::kTypeMismatch))),
+          row_(row) {}
+    std::int32_t row() const noexcept { return row_; }
+
+  private:
+    std::int32_t row_;
+};
 
 class Totals {
   public:
@@ -38,15 +59,31 @@ class Totals {
     // Moves basket rows among themselves (columns 1 to 9); raises 9 when others are touched.
     void MoveRows(std::int32_t first, std::int32_t count, std::int32_t to);
 
-    // Line totals of `row`, then the totals row. Raises 13 and 6, see IBasketRows.
+    // Line totals of `row`, then the totals row. Raises IncompleteLine and 6, see IBasketRows,
+    // after both. A total that overflows is shown empty.
     void Recalculate(std::int32_t row);
 
     // While deferred, a recalculation leaves the totals row as it is; the last one's sums are
-    // written when the deferring ends, or before that row goes. For many recalculations in a row.
+    // written when the deferring ends, unless that row has gone. For many recalculations in a row.
     void Defer(bool deferred);
 
     // Sums up all rows afresh; for a grid that was changed behind this object's back.
     void Recount();
+
+    // How many amounts of counted rows do not read as numbers.
+    std::int64_t Unreadable() const { return sums_[0].unreadable + sums_[1].unreadable; }
+    // Whether both amounts of `row` read as numbers.
+    bool Reads(std::int32_t row) const;
+
+    bool HasTotalsRow() const { return has_totals_row_; }
+    // Adds an empty row below the last one for the totals; the row in its place counts again.
+    void RestoreTotalsRow();
+
+    // Writes unit prices, line totals and totals anew in the number format that `change` makes the
+    // text service use, from the values they had in the old one, and quantities that would read
+    // differently. Texts that are no numbers stay. Whatever is raised, `change` was called and the
+    // sums fit the cells.
+    void Reformat(const std::function<void()>& change);
 
   private:
     // The sum of one column: exact in whole hundredths, split so that it cannot overflow.
@@ -55,8 +92,7 @@ class Totals {
         std::int64_t rest = 0;      // below a billion in magnitude for each amount added
         std::int64_t unreadable = 0;
         std::int64_t inexact = 0;
-        bool Plain() const { return unreadable == 0 && inexact == 0; }
-        double Value() const;
+        double Value() const;  // of the amounts that read, when all of them are exact
     };
 
     bool Counts(std::int32_t row) const;
@@ -66,15 +102,17 @@ class Totals {
     void SetLineTotal(std::int32_t row, double menge, std::int32_t price_column,
                       std::int32_t total_column);
     double Walk(std::int32_t col) const;
-    void WriteTotalsRow();
-    void WritePending();
+    bool Exact() const { return sums_[0].inexact == 0 && sums_[1].inexact == 0; }
+    // False when a total overflows.
+    bool WriteTotalsRow();
 
     IFlexGrid& grid_;
     const ITextService& text_;
     std::array<Sum, 2> sums_;  // columns 8 and 9
     bool deferred_ = false;
     bool pending_ = false;  // a deferred recalculation has not been written
-    std::wstring amount_;   // kept for its memory
+    bool has_totals_row_ = true;
+    std::wstring amount_;  // kept for its memory
 };
 
 }  // namespace demovex

@@ -64,12 +64,12 @@ TEST_F(BasketFilesTest, AnEmptyBasketIsSavedAsTheHeaderAlone) {
     EXPECT_EQ(folder.Get(L"a.bsk"), "DemoVexClient.Client\r\n");
 }
 
-TEST_F(BasketFilesTest, TabsAndLineBreaksInACellAreWrittenAsTheyStand) {
+TEST_F(BasketFilesTest, TabsAndLineBreaksInATextForgeNoFieldsOrLines) {
     rows.AddArtikel(L"", L"", L"", 1);
     rows.SetCell(1, column::kBezeichnung, L"a\tb\r\nc");
     state.CurrentPath = folder / L"a.bsk";
     basket.mnuDateiSpeichern_Click();
-    EXPECT_EQ(folder.Get(L"a.bsk"), "DemoVexClient.Client\r\n\ta\tb\r\nc\r\n");
+    EXPECT_EQ(folder.Get(L"a.bsk"), "DemoVexClient.Client\r\n\ta b  c\r\n");
 }
 
 TEST_F(BasketFilesTest, WhatWasSavedLoadsAsTheSameBasketAndSavesAsTheSameBytes) {

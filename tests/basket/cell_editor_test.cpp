@@ -202,11 +202,30 @@ TEST_F(CellEditorTest, AnArticleWithoutAPriceRaisesAndLeavesTheEditorUsable) {
     EXPECT_EQ(RaisedBy([&] { basket.Press(View::kReturn); }), 13);
     EXPECT_FALSE(basket.form.State().SuppressEditor);
     EXPECT_EQ(basket.grid.FocusRect(), FocusRectStyle::kLight);
-    EXPECT_EQ(basket.Cell(2, column::kArtNr), L"9999");
-    basket.Select(2, column::kArtNr, 2, column::kArtNr);
-    basket.form.Run(Command::mnuEditZeilenLöschen);
-    EXPECT_EQ(basket.Lines(), 1);
+    for (std::int32_t col = column::kArtNr; col < column::kCount; ++col) {
+        EXPECT_EQ(basket.Cell(2, col), L"") << col;
+    }
     EXPECT_EQ(basket.Total(column::kGesamtAts), L"300,00");
+    EXPECT_EQ(RaisedBy([&] { basket.Link(L"4712"); }), 0);
+}
+
+TEST_F(CellEditorTest, AnArticleMasterThatCannotBeReadPutsTheOldNumberBack) {
+    basket.Click(2, column::kBezeichnung);
+    basket.TypeOver(L"Notiz");
+    basket.Click(2, column::kArtNr);
+    basket.view.Type(L"4712");
+    std::string records;
+    records.swap(basket.files.At(BasketFixture::ArticlePath()).bytes);
+    EXPECT_EQ(RaisedBy([&] { basket.Press(View::kReturn); }), 57);
+    records.swap(basket.files.At(BasketFixture::ArticlePath()).bytes);
+    EXPECT_EQ(basket.Cell(2, column::kArtNr), L"");
+    EXPECT_EQ(basket.Cell(2, column::kBezeichnung), L"Notiz");
+    EXPECT_EQ(basket.Cell(2, column::kMenge), L"");
+    EXPECT_FALSE(basket.view.EditorOpen());
+    EXPECT_FALSE(basket.form.State().SuppressEditor);
+    EXPECT_TRUE(basket.messages.shown.empty());
+    EXPECT_TRUE(basket.Link(L"4712"));
+    EXPECT_EQ(basket.Total(column::kGesamtAts), L"400,00");
 }
 
 TEST_F(CellEditorTest, ClickingAnotherLineRecalculatesTheLineThatWasEdited) {

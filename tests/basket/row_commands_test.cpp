@@ -180,6 +180,39 @@ TEST_F(RowCommands, DeletingASelectionThatReachesTheTotalsRowStopsThere) {
     ExpectNumbered();
 }
 
+// What is left of a selection that reached the totals row is the current cell.
+TEST_F(RowCommands, DeletingUpToTheTotalsRowCollapsesTheSelectionAndOpensWhatMayBeEdited) {
+    Fill(6);
+    basket.Select(5, 1, 7, 4);
+    basket.view.status = L"vorher";
+    Run(Command::mnuEditZeilenLöschen);
+    EXPECT_EQ(basket.grid.Row(), 5);
+    EXPECT_EQ(basket.grid.RowSel(), 5);
+    EXPECT_EQ(basket.grid.ColSel(), basket.grid.Col());
+    EXPECT_EQ(basket.view.status, L"");  // the totals row is current and has no position
+    // upwards from the totals row nothing is removed, but the rest is the same
+    basket.Select(5, 3, 2, 1);
+    Run(Command::mnuEditZeilenLöschen);
+    EXPECT_EQ(Lines(), (Texts{L"r1", L"r2", L"3", L"r4"}));
+    EXPECT_EQ(basket.grid.Row(), 5);
+    EXPECT_EQ(basket.grid.RowSel(), 5);
+    EXPECT_EQ(basket.grid.ColSel(), 3);
+    ExpectNumbered();
+}
+
+TEST_F(RowCommands, DeletingEverythingAndTheTotalsRowRunsTheCurrentCellHandler) {
+    Fill(2);
+    basket.Select(1, 3, 3, 9);
+    basket.view.status = L"vorher";
+    Run(Command::mnuEditZeilenLöschen);
+    ASSERT_EQ(basket.grid.Rows(), 2) << basket.AsText();
+    EXPECT_EQ(basket.grid.RowSel(), 1);
+    EXPECT_EQ(basket.grid.ColSel(), 2);
+    EXPECT_EQ(basket.view.status, L"");
+    EXPECT_EQ(basket.Total(column::kGesamtAts), L"");
+    EXPECT_EQ(basket.Total(column::kGesamtEuro), L"");
+}
+
 TEST_F(RowCommands, DeletingTheTotalsRowAloneDoesNothing) {
     Fill(3);
     basket.Select(4, 2, 4, 2);
@@ -328,13 +361,13 @@ TEST_F(RowCommands, MovingTheLineWhoseNumberWasJustTypedLeavesTheOthersAlone) {
 
 TEST_F(RowCommands, AnErrorInTheMiddleOfAMoveLeavesGridAndEditorUsable) {
     Fill(3);
-    EXPECT_EQ(RaisedBy([&] { basket.Link(L"nope"); }), 13);  // row 4: no totals from now on
     basket.Click(3, column::kMenge);
-    basket.TypeOver(L"9");
-    EXPECT_EQ(RaisedBy([&] { Run(Command::mnuEditZeilenNachOben); }), 13);
+    basket.view.Select(0, static_cast<std::int32_t>(basket.view.text.size()));
+    basket.view.Paste(L"1e307");  // no number is large enough for the line's total
+    EXPECT_EQ(RaisedBy([&] { Run(Command::mnuEditZeilenNachOben); }), 6);
     EXPECT_FALSE(basket.form.State().SuppressEditor);
     EXPECT_TRUE(basket.grid.Redraw());
-    EXPECT_EQ(basket.Cell(3, column::kMenge), L"9");
+    EXPECT_EQ(basket.Cell(3, column::kMenge), L"1e307");
 }
 
 // --- clipboard

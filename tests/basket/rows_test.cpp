@@ -7,6 +7,50 @@ namespace {
 
 using Texts = std::vector<std::wstring>;
 
+TEST(BasketRows, TheTenColumnsHaveTheirCaptionsAndWidths) {
+    BasketFixture basket;
+    static constexpr struct {
+        const wchar_t* caption;
+        Twips width;
+    } kExpected[] = {{L"", 400},          {L"ArtNr", 1000},     {L"Bezeichnung", 2470},
+                     {L"Menge", 800},     {L"Preis ATS", 1085}, {L"Preis EURO", 1085},
+                     {L"Katalog", 0},     {L"KatalogURL", 0},   {L"Gesamt ATS", 1135},
+                     {L"Ges. EURO", 1135}};
+    ASSERT_EQ(basket.grid.Cols(), 10);
+    for (std::int32_t col = 0; col < 10; ++col) {
+        EXPECT_EQ(basket.Cell(0, col), kExpected[col].caption) << col;
+        EXPECT_EQ(basket.grid.ColWidth(col), kExpected[col].width) << col;
+    }
+}
+
+// Half a cent goes to the even neighbour, and the euro is made from the price as it stands in the
+// article master, not from the two decimals that are shown.
+TEST(BasketRows, TheEuroPriceIsRoundedOnceWithHalvesToEven) {
+    BasketFixture basket(FakeLocale::kAustria, false);
+    basket.files.Put(BasketFixture::ArticlePath(),
+                     ArticleFile({{"1", "halb", "1,7200375"}, {"2", "knapp", "0,066"}}));
+    basket.form.Initialize();
+    ASSERT_EQ(1.7200375 / 13.7603, 0.125);
+    basket.Link(L"1");
+    EXPECT_EQ(basket.Cell(1, column::kPreisAts), L"1,72");
+    EXPECT_EQ(basket.Cell(1, column::kPreisEuro), L"0,12");
+    EXPECT_EQ(basket.Cell(1, column::kGesamtEuro), L"0,12");
+    // 0,066 is 0,0048 euro, but the 0,07 that are shown would be 0,0051
+    basket.Link(L"2");
+    EXPECT_EQ(basket.Cell(2, column::kPreisAts), L"0,07");
+    EXPECT_EQ(basket.Cell(2, column::kPreisEuro), L"0,00");
+}
+
+TEST(BasketRows, AQuantityTooLargeToReadCountsAsNoneWhenItsArticleIsOrderedAgain) {
+    BasketFixture basket;
+    basket.files.Put(L"C:\\Basket\\h.bsk", "4711\t\t1e400\r\n");
+    EXPECT_EQ(RaisedBy([&] { basket.form.Load(L"C:\\Basket\\h.bsk"); }), -1);
+    ASSERT_EQ(basket.Cell(1, column::kMenge), L"1e400");
+    EXPECT_FALSE(basket.Link(L"4711", 2));
+    EXPECT_EQ(basket.Cell(1, column::kMenge), L"2");
+    EXPECT_EQ(basket.Total(column::kGesamtAts), L"200,00");
+}
+
 TEST(BasketRows, AnEmptyBasketHasHeaderAndTotalsRow) {
     BasketFixture basket;
     ASSERT_EQ(basket.grid.Rows(), 2);

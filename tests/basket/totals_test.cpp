@@ -73,13 +73,18 @@ TEST_F(TotalsTest, AmountsWithMoreThanTwoDecimalsAreSummedUpRowByRow) {
     EXPECT_EQ(Ats(), L"0,25");
 }
 
-TEST_F(TotalsTest, OneUnreadableAmountStopsBothTotalsUntilItIsGone) {
+TEST_F(TotalsTest, OneUnreadableAmountRaisesUntilItIsGoneButNotBeforeTheOthersAreSummedUp) {
     Fill(3, L"1,00", L"2,00");
     EXPECT_EQ(Recalculate(), 0);
     totals.SetCell(2, 9, L"keine Zahl");
     totals.SetCell(1, 8, L"5,00");
     EXPECT_EQ(Recalculate(), 13);
-    EXPECT_EQ(Ats(), L"3,00");  // nothing half-made
+    EXPECT_EQ(Ats(), L"7,00");
+    EXPECT_EQ(Euro(), L"4,00");
+    totals.SetCell(3, 8, L"0,125");  // summed up row by row
+    EXPECT_EQ(Recalculate(), 13);
+    EXPECT_EQ(Ats(), L"6,13");
+    totals.SetCell(3, 8, L"1,00");
     totals.SetCell(2, column::kArtNr, L"");
     EXPECT_EQ(Recalculate(), 0);
     EXPECT_EQ(Ats(), L"6,00");
@@ -91,10 +96,32 @@ TEST_F(TotalsTest, OneUnreadableAmountStopsBothTotalsUntilItIsGone) {
     EXPECT_EQ(Ats(), L"6,00");
 }
 
-TEST_F(TotalsTest, AnUnreadableQuantityRaisesBeforeAnythingIsWritten) {
-    Fill(1, L"1,00", L"2,00");
+TEST_F(TotalsTest, AnUnreadableQuantityLeavesItsLineTotalsAndRaisesAfterTheSums) {
+    Fill(2, L"1,00", L"2,00");
     EXPECT_EQ(RaisedBy([&] { totals.Recalculate(1); }), 13);
     EXPECT_EQ(grid.TextMatrix(1, 8), L"1,00");
+    EXPECT_EQ(Ats(), L"2,00");
+}
+
+TEST_F(TotalsTest, TheErrorTellsWhetherItsOwnLineIsTheIncompleteOne) {
+    Fill(2, L"1,00", L"2,00");
+    const auto row = [&](std::int32_t recalculated) {
+        try {
+            totals.Recalculate(recalculated);
+        } catch (const IncompleteLine& line) {
+            EXPECT_EQ(line.description(), L"Type mismatch");
+            return line.row();
+        }
+        return -1;
+    };
+    EXPECT_EQ(row(2), 2);
+    EXPECT_EQ(row(3), -1);
+    totals.SetCell(1, 8, L"");
+    EXPECT_EQ(totals.Unreadable(), 1);
+    EXPECT_FALSE(totals.Reads(1));
+    EXPECT_TRUE(totals.Reads(2));
+    EXPECT_EQ(row(3), 0);
+    EXPECT_EQ(row(2), 2);
 }
 
 TEST_F(TotalsTest, AnUnreadableEuroPriceRaisesAfterTheSchillingsAreWritten) {
@@ -104,7 +131,37 @@ TEST_F(TotalsTest, AnUnreadableEuroPriceRaisesAfterTheSchillingsAreWritten) {
     EXPECT_EQ(RaisedBy([&] { totals.Recalculate(1); }), 13);
     EXPECT_EQ(grid.TextMatrix(1, 8), L"30,00");
     EXPECT_EQ(grid.TextMatrix(1, 9), L"2,00");
+    EXPECT_EQ(Ats(), L"30,00");
+    EXPECT_EQ(Euro(), L"2,00");
+}
+
+TEST_F(TotalsTest, AnUnreadableSchillingPriceDoesNotKeepTheEurosFromBeingReckoned) {
+    Fill(1, L"1,00", L"2,00");
+    totals.SetCell(1, column::kMenge, L"3");
+    totals.SetCell(1, column::kPreisEuro, L"10,00");
+    EXPECT_EQ(RaisedBy([&] { totals.Recalculate(1); }), 13);
+    EXPECT_EQ(grid.TextMatrix(1, 8), L"1,00");
+    EXPECT_EQ(grid.TextMatrix(1, 9), L"30,00");
+    EXPECT_EQ(Euro(), L"30,00");
+}
+
+TEST_F(TotalsTest, PutOffTotalsAreNotWrittenToARowThatGoes) {
+    Fill(3, L"1,00", L"1,00");
+    totals.Defer(true);
+    EXPECT_EQ(Recalculate(), 0);
+    totals.SetCell(3, 8, L"");  // what is last then and lacks its amount
+    totals.RemoveRows(4, 1);
+    EXPECT_FALSE(totals.HasTotalsRow());
+    EXPECT_EQ(RaisedBy([&] { totals.Defer(false); }), 0);
     EXPECT_EQ(Ats(), L"");
+    totals.RestoreTotalsRow();
+    EXPECT_TRUE(totals.HasTotalsRow());
+    ASSERT_EQ(grid.Rows(), 5);
+    totals.SetCell(3, 8, L"4,00");
+    EXPECT_EQ(Recalculate(), 0);
+    EXPECT_EQ(Ats(), L"6,00");
+    totals.RestoreTotalsRow();  // there already
+    EXPECT_EQ(grid.Rows(), 5);
 }
 
 TEST_F(TotalsTest, RowsWithoutAnArticleNumberKeepTheirAmountsAndDoNotCount) {
