@@ -65,5 +65,9 @@ TEST(FuzzReplay, ArticleMaster) {
     Replay("article_master", ArticleMaster, 10);
 }
 
+TEST(FuzzReplay, Basket) {
+    Replay("basket", Basket, 10);
+}
+
 }  // namespace
 }  // namespace demovex::fuzz

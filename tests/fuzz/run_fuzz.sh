@@ -10,7 +10,7 @@ root=$(cd "$(dirname "$0")/../.." && pwd)
 seconds=${1:?usage: run_fuzz.sh SECONDS [TARGET...]}
 shift
 targets=("$@")
-[ ${#targets[@]} -gt 0 ] || targets=(parameter_text parameter_cells article_master)
+[ ${#targets[@]} -gt 0 ] || targets=(parameter_text parameter_cells article_master basket)
 command -v clang++ > /dev/null || { echo "fuzz: clang is missing, nothing is fuzzed" >&2; exit 1; }
 mkdir -p "$root/build/fuzz"
 log=$root/build/fuzz/build.log

@@ -14,5 +14,7 @@ void ParameterText(const std::uint8_t* data, std::size_t size);
 void ParameterCells(const std::uint8_t* data, std::size_t size);
 // Looks numbers up in an article master made of these bytes.
 void ArticleMaster(const std::uint8_t* data, std::size_t size);
+// Loads these bytes as a basket, goes through its cells, copies, saves and loads it again.
+void Basket(const std::uint8_t* data, std::size_t size);
 
 }  // namespace demovex::fuzz

@@ -4,9 +4,10 @@
 //
 // It knows no geometry: it takes every cell to be wholly in view, so the real grid must be large
 // enough for all its rows. Number reading and formatting are the text service's, which has tests of
-// its own. Errors are thrown as their plain numbers.
+// its own. Errors are thrown as their plain numbers. Files are reference_document.h's.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdint>
@@ -28,11 +29,12 @@ class ReferenceBasket {
         rows[1][2] = L"Gesamt";
     }
 
-  private:
+  protected:
     const ITextService& text_;
 
   public:
     std::vector<Row> rows;
+    bool has_totals = true;  // the last row is the totals row
     int row = 0, col = 2, row_sel = 0, col_sel = 2;
     bool editor = false;
     int edit_row = 0, edit_col = 0;
@@ -40,6 +42,7 @@ class ReferenceBasket {
     int sel_start = 0, sel_length = 0;
     bool modified = false;
     bool suppress = false;
+    bool loading = false;
     std::wstring status;
     int messages = 0;
     int beeps = 0;
@@ -54,21 +57,36 @@ class ReferenceBasket {
     // --- what the host does
     void Link(const std::wstring& nr, int menge, const std::wstring& catalog,
               const std::wstring& url) {
-        Commit();
-        modified = true;
-        Suppress guard(*this);
-        const int last = Rows() - 2;
-        if (!nr.empty() && At(last, 1) == nr) {
-            if (col == 3) Commit();
-            At(last, 3) = text_.FromNumber(LeadingNumber(At(last, 3)) + menge);
-            if (col == 3) {
-                suppress = false;
-                RowColChange();
+        Raise(Add(nr, menge, catalog, url).error);
+    }
+    // The number format: `change` makes the text service use the new one.
+    template <typename Change>
+    void ChangeFormat(Change&& change) {
+        struct Amount {
+            std::size_t r, c;
+            double value;
+        };
+        std::vector<Amount> amounts;
+        for (std::size_t r = 1; r < rows.size(); ++r) {
+            for (const std::size_t c : {3u, 4u, 5u, 8u, 9u}) {
+                if (IsNumber(rows[r][c])) amounts.push_back({r, c, text_.ToNumber(rows[r][c])});
             }
-        } else {
-            Append(nr, menge, catalog, url);
         }
-        Recalculate(Rows() - 2);
+        const bool typing = editor && edit_col == 3 && IsNumber(text);
+        const double typed = typing ? text_.ToNumber(text) : 0;
+        change();
+        const auto quantity = [&](std::wstring& cell, double value) {
+            if (!IsNumber(cell) || text_.ToNumber(cell) != value) cell = text_.FromNumber(value);
+        };
+        for (const Amount& amount : amounts) {
+            std::wstring& cell = rows[amount.r][amount.c];
+            if (amount.c == 3) {
+                quantity(cell, amount.value);
+            } else {
+                cell = text_.FormatAmount(amount.value);
+            }
+        }
+        if (typing) quantity(text, typed);
     }
 
     // --- what the user does in the grid
@@ -77,6 +95,7 @@ class ReferenceBasket {
         row = r, col = c, row_sel = r_sel, col_sel = c_sel;
         if (moved) RowColChange();
     }
+    void Select(int r, int c) { Select(r, c, r, c); }
     void GridArrow(int down, int right, bool shift) {
         int r = std::clamp((shift ? row_sel : row) + down, 1, Rows() - 1);
         int c = shift ? col_sel : col;
@@ -88,7 +107,7 @@ class ReferenceBasket {
         if (shift) {
             row_sel = r, col_sel = c;
         } else {
-            Select(r, c, r, c);
+            Select(r, c);
         }
     }
 
@@ -154,7 +173,7 @@ class ReferenceBasket {
             Suppress guard(*this);
             Close();
             suppress = true;
-            Select(edit_row, col, edit_row, col);
+            Select(edit_row, col);
             row_sel = edit_row + (key == View::kUp ? -1 : 1);
             return true;
         }
@@ -164,14 +183,15 @@ class ReferenceBasket {
     // --- commands
     void AppendRow() {
         Close();
-        Link(L"", 1, L"", L"");
+        RaiseUnlessIncomplete(Add(L"", 1, L"", L"").error);
         RowColChange();
     }
     void InsertAbove() {
         Close();
+        Heal();
         modified = true;
         if (row == 0) {
-            Link(L"", 1, L"", L"");
+            RaiseUnlessIncomplete(Add(L"", 1, L"", L"").error);
         } else {
             Insert(row, std::abs(row_sel - row) + 1);
         }
@@ -179,33 +199,24 @@ class ReferenceBasket {
     }
     void Delete() {
         Close();
+        Heal();
         modified = true;
         if (row == 0) {
             ++beeps;
             RowColChange();
             return;
         }
-        bool removed = false;
-        for (int count = std::abs(row_sel - row) + 1; count > 0; --count) {
-            if (Rows() == 2) {
-                Select(row, 2, row, 2);
-                At(1, 8).clear();
-                At(1, 9).clear();
-                return;
-            }
-            if (row == Rows() - 1) break;
+        for (int count = std::abs(row_sel - row) + 1; count > 0 && row < Rows() - 1; --count) {
             rows.erase(rows.begin() + row);
-            removed = true;
         }
-        if (removed) {
-            row_sel = row, col_sel = col;
-            for (int r = row; r <= Rows() - 2; ++r) At(r, 0) = std::to_wstring(r);
-            Recalculate(Rows() - 1);
-            if (Rows() == 2) Select(row, 2, row, 2);
-        }
+        row_sel = row, col_sel = col;
+        for (int r = row; r <= Rows() - 2; ++r) At(r, 0) = std::to_wstring(r);
+        RaiseUnlessIncomplete(Recalculate(Rows() - 1));
+        if (Rows() == 2) Select(row, 2);
         RowColChange();
     }
     void Move(int step) {
+        Heal();
         modified = true;
         const int first = std::min(row, row_sel), last = std::max(row, row_sel);
         if (step < 0 && !(first >= 2 && last < Rows() - 1)) return;
@@ -226,21 +237,18 @@ class ReferenceBasket {
                     CopyCells(rows[static_cast<std::size_t>(i)], i + 1);
                 CopyCells(saved, first);
             }
-            Select(r + step, col, r + step, col);
-            Select(row, c, row, c);
+            Select(r + step, col);
+            Select(row, c);
             row_sel = row + row_span, col_sel = col + col_span;
         }
         RowColChange();
     }
     void New() {
         Close();
+        Heal();
         suppress = true;
-        rows.erase(rows.begin() + 1, rows.end() - 1);
-        At(1, 8).clear();
-        At(1, 9).clear();
-        const int r = std::min(row, 1);
-        Select(r, col, r, std::min(col_sel, 9));
-        Select(row, 2, row, 2);
+        Clear();
+        Select(row, 2);
         RowColChange();
         modified = false;
         suppress = false;
@@ -248,22 +256,30 @@ class ReferenceBasket {
     void Commit() {
         if (!editor) return;
         editor = false;
+        Heal();
         modified = true;
         const int r = edit_row, c = edit_col;
-        const std::wstring typed = text;
-        const std::wstring old = At(r, c);
-        At(r, c) = typed;
+        const Row before = rows[static_cast<std::size_t>(r)];
+        std::replace_if(
+            text.begin(), text.end(), [](wchar_t x) { return x < L' ' || x == 0x7F; }, L' ');
+        At(r, c) = text;
         if (c == 1 && IsArticle(r)) {
-            if (Refresh(r, 1)) {
+            const Added refreshed = Refresh(r, 1);
+            if (refreshed.found) {
                 Commit();
                 RowColChange();
             } else {
-                ++messages;
-                At(r, c) = old;
+                for (int i = 1; i < 10; ++i) At(r, i) = before[static_cast<std::size_t>(i)];
+                if (refreshed.error == 0) {
+                    ++messages;
+                } else {
+                    Recalculate(Rows() - 1);
+                    Raise(refreshed.error);
+                }
             }
         } else if (c == 3) {
-            if (r != row) Recalculate(r);
-            Recalculate(row);
+            if (r != row) RaiseUnlessIncomplete(Recalculate(r));
+            RaiseUnlessIncomplete(Recalculate(row));
         }
     }
     void Resize() { Close(); }
@@ -272,13 +288,14 @@ class ReferenceBasket {
         if (row < 1 || row >= Rows() - 1 || row != row_sel || col != col_sel) return false;
         return IsArticle(row) ? col == 3 : col == 1 || col == 2;
     }
-    // The texts that the totals row must show for what the rows show.
-    std::wstring SumText(int c) {
+    // The texts that the totals row must show for what the rows show: amounts that do not read are
+    // left out. The error is 6 when there is no such number.
+    std::wstring SumText(int c, int& error) {
         double plain = 0;
         long double hundredths = 0;
         bool whole = true;
         for (int r = 1; r <= Lines(); ++r) {
-            if (!IsArticle(r)) continue;
+            if (!IsArticle(r) || !IsNumber(At(r, c))) continue;
             const double amount = text_.ToNumber(At(r, c));
             plain += amount;
             const double scaled = std::round(amount * 100);
@@ -286,16 +303,28 @@ class ReferenceBasket {
             hundredths += static_cast<long double>(scaled);
         }
         const double sum = whole ? static_cast<double>(hundredths / 100) : plain;
-        return sum == 0 ? std::wstring() : text_.FormatAmount(sum);
+        if (!std::isfinite(sum)) error = 6;
+        return sum == 0 || !std::isfinite(sum) ? std::wstring() : text_.FormatAmount(sum);
     }
 
-  private:
+  protected:
+    struct Added {
+        bool found = false;
+        int error = 0;
+    };
     struct Suppress {
         explicit Suppress(ReferenceBasket& basket) : basket_(basket) { basket_.suppress = true; }
         ~Suppress() { basket_.suppress = false; }
         ReferenceBasket& basket_;
     };
 
+    static void Raise(int error) {
+        if (error != 0) RaiseRuntimeError(error);
+    }
+    // Lines that are incomplete stop no command.
+    static void RaiseUnlessIncomplete(int error) {
+        if (error != 13) Raise(error);
+    }
     bool IsNumber(const std::wstring& candidate) const {
         return RaisedBy([&] { text_.ToNumber(candidate); }) == 0;
     }
@@ -305,8 +334,35 @@ class ReferenceBasket {
     void Close() {
         while (editor) Commit();
     }
+    // The totals row, when a load has taken it away, below all lines.
+    void Heal() {
+        if (loading || has_totals) return;
+        has_totals = true;
+        rows.emplace_back();
+        rows.back()[2] = L"Gesamt";
+        for (int r = 1; r <= Lines(); ++r) At(r, 0) = std::to_wstring(r);
+        Recalculate(Lines());
+    }
+    void Remove(int r) {
+        if (r < 1 || r >= Rows()) RaiseRuntimeError(9);
+        if (Rows() == 2) RaiseRuntimeError(30016);
+        if (r == Rows() - 1) has_totals = false;
+        rows.erase(rows.begin() + r);
+        KeepInside();
+    }
+    void Clear() {
+        rows.erase(rows.begin() + 1, rows.end() - 1);
+        At(1, 8).clear();
+        At(1, 9).clear();
+        KeepInside();
+    }
+    void KeepInside() {
+        const int last = Rows() - 1;
+        Select(std::min(row, last), col, std::min(row_sel, last), col_sel);
+    }
     void RowColChange() {
-        status = row_sel == row ? At(row, 6) : L"";
+        if (loading) return;
+        ShowPosition();
         Commit();
         if (suppress || !Editable()) return;
         editor = true;
@@ -314,40 +370,74 @@ class ReferenceBasket {
         text = At(row, col);
         sel_start = 0, sel_length = static_cast<int>(text.size());
     }
-    void Append(const std::wstring& nr, int menge, const std::wstring& catalog,
-                const std::wstring& url) {
+    void ShowPosition() { status = row_sel == row ? At(row, 6) : L""; }
+    // Adds an article, whatever goes wrong on the way; answers the first error.
+    Added Add(const std::wstring& nr, int menge, const std::wstring& catalog,
+              const std::wstring& url) {
+        Added added;
+        added.error = RaisedBy([&] { Close(); });
+        Heal();
+        modified = true;
+        Suppress guard(*this);
+        const auto note_error = [&](int error) {
+            if (added.error == 0) added.error = error;
+        };
+        const int last = Rows() - 2;
+        if (!nr.empty() && At(last, 1) == nr) {
+            double quantity = 0;
+            RaisedBy([&] { quantity = LeadingNumber(At(last, 3)); });  // too large is none
+            At(last, 3) = text_.FromNumber(quantity + menge);
+            if (col == 3) {
+                suppress = false;
+                RowColChange();
+            }
+        } else {
+            const Added appended = Append(nr, menge, catalog, url);
+            added.found = appended.found;
+            note_error(appended.error);
+            if (loading && !nr.empty() && (!appended.found || added.error != 0)) return added;
+        }
+        note_error(Recalculate(Rows() - 2));
+        return added;
+    }
+    Added Append(const std::wstring& nr, int menge, const std::wstring& catalog,
+                 const std::wstring& url) {
         rows.insert(rows.end() - 1, Row());
         const int r = Rows() - 2;
-        Select(r, col, r, col);
+        Select(r, col);
         At(r, 0) = std::to_wstring(r);
         At(r, 1) = nr;
         if (nr.empty()) {
-            Select(r, 1, r, 1);
+            Select(r, 1);
             suppress = false;
-            Select(r, 2, r, 2);
-            return;
+            Select(r, 2);
+            return {};
         }
-        Refresh(r, menge);
+        const Added refreshed = Refresh(r, menge);
         At(r, 6) = catalog;
         At(r, 7) = url;
-        Select(r, 1, r, 1);
+        Select(r, 1);
         col_sel = 9;
+        return refreshed;
     }
     void Insert(int at, int count) {
-        Commit();
+        const int error = RaisedBy([&] { Close(); });
+        Heal();
         modified = true;
         Suppress guard(*this);
         for (; count >= 1; --count) {
             rows.insert(rows.begin() + at, Row());
             for (int r = at; r <= Rows() - 2; ++r) At(r, 0) = std::to_wstring(r);
         }
-        Select(row, 1, row, 1);
+        Select(row, 1);
         suppress = false;
-        Select(row, 2, row, 2);
+        Select(row, 2);
+        Raise(error);
     }
-    bool Refresh(int r, int menge) {
-        if (At(r, 1).empty()) return false;
+    Added Refresh(int r, int menge) {
+        if (At(r, 1).empty()) return {};
         Commit();
+        Heal();
         modified = true;
         Suppress guard(*this);
         const std::wstring nr(TrimBlanks(At(r, 1)));
@@ -355,28 +445,41 @@ class ReferenceBasket {
             if (text_.CompareText(nr, text_.FromAnsi(article.nr)) != 0) continue;
             At(r, 2) = text_.FromAnsi(article.bezeichnung);
             At(r, 3) = std::to_wstring(menge);
-            const double price = text_.ToNumber(text_.FromAnsi(article.preis));
+            const std::wstring price_text = text_.FromAnsi(article.preis);
+            if (!IsNumber(price_text)) return {false, 13};
+            const double price = text_.ToNumber(price_text);
             At(r, 4) = text_.FormatAmount(price);
             // halves to the even hundredth
             At(r, 5) = text_.FormatAmount(std::nearbyint(price / 13.7603 * 100) / 100);
-            Select(row, 3, row, 3);
-            Recalculate(r);
-            return true;
+            Select(row, 3);
+            return {true, Recalculate(r)};
         }
-        return false;
+        return {};
     }
-    void Recalculate(int r) {
+    // Writes what can be written; answers 6 for a product or sum that no number is large enough
+    // for, 13 while a line lacks readable amounts.
+    int Recalculate(int r) {
+        int own = 0, sums = 0;
         if (IsArticle(r)) {
             for (const int c : {8, 9}) {
+                if (!IsNumber(At(r, 3)) || !IsNumber(At(r, c - 4))) {
+                    if (own == 0) own = 13;
+                    continue;
+                }
                 const double product = text_.ToNumber(At(r, 3)) * text_.ToNumber(At(r, c - 4));
-                if (!std::isfinite(product)) RaiseRuntimeError(6);
-                At(r, c) = text_.FormatAmount(product);
+                if (std::isfinite(product)) {
+                    At(r, c) = text_.FormatAmount(product);
+                } else if (own == 0) {
+                    own = 6;
+                }
             }
         }
-        const std::wstring schillings = SumText(8);
-        const std::wstring euros = SumText(9);
-        rows.back()[8] = schillings;
-        rows.back()[9] = euros;
+        for (const int c : {8, 9}) rows.back()[static_cast<std::size_t>(c)] = SumText(c, sums);
+        if (own == 6 || (own == 0 && sums == 6)) return 6;
+        for (int line = 1; line <= Lines() && own == 0; ++line) {
+            if (IsArticle(line) && !(IsNumber(At(line, 8)) && IsNumber(At(line, 9)))) own = 13;
+        }
+        return own;
     }
 };
 

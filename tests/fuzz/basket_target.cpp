@@ -1,0 +1,210 @@
+// Whole baskets: any bytes are loaded as a basket file, every cell is visited with keys, the basket
+// is copied, saved and loaded again.
+#include <algorithm>
+#include <cmath>
+#include <string>
+#include <vector>
+
+#include "base/one_line.h"
+#include "tests/fuzz/check.h"
+#include "tests/fuzz/targets.h"
+#include "tests/support/basket_fixture.h"
+
+namespace demovex::fuzz {
+namespace {
+
+using Cells = std::vector<std::vector<std::wstring>>;
+using View = FakeBasketView;
+
+const std::wstring kFile = L"C:\\Basket\\a.bsk";
+const std::wstring kSaved = L"C:\\Basket\\b.bsk";
+
+class Driver {
+  public:
+    explicit Driver(FakeLocale locale) : basket_(locale) {
+        basket_.messages.otherwise = MessageAnswer::kNo;
+    }
+
+    // True when every line of the file became a line of the basket.
+    bool Load(const std::wstring& path) {
+        basket_.messages.shown.clear();
+        bool whole = true;
+        try {
+            basket_.form.Load(path);
+        } catch (const Error& error) {
+            FUZZ_CHECK(error.number() == -1 && error.source() == L"Load");
+            whole = false;
+        }
+        FUZZ_CHECK(basket_.messages.shown.size() <= 1);
+        FUZZ_CHECK(!basket_.form.Modified() && !basket_.form.State().Loading);
+        Check();
+        return whole && basket_.messages.shown.empty();
+    }
+
+    // Arrows through every cell, as far as a basket is worth it, with the keys of the input.
+    void Walk(const std::uint8_t* keys, std::size_t count) {
+        static constexpr int kKeys[] = {View::kReturn, View::kF2,     View::kHome,
+                                        View::kEnd,    View::kEscape, View::kF4};
+        FlexGrid& grid = basket_.grid;
+        const std::int32_t rows = std::min(grid.Rows(), 24);
+        for (std::int32_t row = 1; row < rows; ++row) {
+            grid.Select(row, 1, row, 1);
+            for (std::int32_t step = 0; step < 8; ++step) {
+                basket_.view.Tick();
+                if (basket_.view.EditorOpen()) {
+                    if (count > 0) {
+                        basket_.Press(kKeys[*keys++ % std::size(kKeys)]);
+                        --count;
+                    }
+                    basket_.view.Select(static_cast<std::int32_t>(basket_.view.text.size()), 0);
+                    basket_.Press(View::kRight);
+                } else {
+                    grid.Key(GridKey::kRight, false, false);
+                }
+                if (rows < 24) Check();
+                if (grid.Rows() > rows + 16) return;  // Return in a description adds a line
+            }
+            basket_.form.CommitCellEdit();
+        }
+    }
+
+    // The copied text has a line for every row, and in it what the row shows.
+    void Copy() {
+        basket_.form.Run(Command::mnuDateiSendenanZwischenablage);
+        std::wstring_view rest = basket_.clipboard.text;
+        for (std::int32_t row = 0; row < basket_.grid.Rows(); ++row) {
+            const std::size_t end = rest.find(L"\r\n");
+            FUZZ_CHECK(end != std::wstring_view::npos);
+            std::wstring line;
+            for (const std::int32_t col : {1, 2, 3, 4, 5, 8, 9}) {
+                if (!line.empty()) line += L'\t';
+                line += basket_.Cell(row, col);
+            }
+            FUZZ_CHECK(rest.substr(0, end) == line);
+            rest.remove_prefix(end + 2);
+        }
+        FUZZ_CHECK(rest.empty());
+    }
+
+    void Save() {
+        basket_.files.Put(kSaved, "");
+        basket_.file_dialogs.Choose(kSaved);
+        basket_.form.Run(Command::mnuDateiSpeichernUnter);
+        FUZZ_CHECK(!basket_.form.Modified());
+        FUZZ_CHECK(basket_.grid.CellBold(basket_.grid.Rows() - 1, 8));
+        const std::string& bytes = basket_.files.At(kSaved).bytes;
+        FUZZ_CHECK(std::count(bytes.begin(), bytes.end(), '\n') == basket_.grid.Rows() - 1);
+        Check();
+    }
+
+    // The lines, without those at the end that are wholly empty, and the totals.
+    Cells Lines() const {
+        Cells cells;
+        for (std::int32_t row = 1; row < basket_.grid.Rows(); ++row) {
+            std::vector<std::wstring> line;
+            for (std::int32_t col = 1; col < 10; ++col) line.push_back(basket_.Cell(row, col));
+            cells.push_back(line);
+        }
+        const std::vector<std::wstring> totals = cells.back();
+        cells.pop_back();
+        while (!cells.empty() && cells.back() == std::vector<std::wstring>(9)) cells.pop_back();
+        cells.push_back(totals);
+        return cells;
+    }
+
+    void ChangeFormat(FakeLocale locale) {
+        const bool modified = basket_.form.Modified();
+        basket_.form.NumberFormatChanged([&] { basket_.text.SetLocale(locale); });
+        FUZZ_CHECK(basket_.form.Modified() == modified);
+        Check();
+    }
+
+    void Check() {
+        const IFlexGrid& grid = basket_.grid;
+        const std::int32_t last = grid.Rows() - 1;
+        FUZZ_CHECK(last >= 1);
+        for (std::int32_t row = 0; row <= last; ++row) {
+            for (std::int32_t col = 0; col < 10; ++col) {
+                FUZZ_CHECK(!HasControls(grid.TextMatrix(row, col)));
+            }
+        }
+        FUZZ_CHECK(!basket_.form.State().SuppressEditor);
+        if (basket_.view.EditorOpen()) {
+            FUZZ_CHECK(basket_.form.State().EditRow == grid.Row());
+            FUZZ_CHECK(basket_.form.State().EditCol == grid.Col());
+        }
+        if (!grid.CellBold(last, 8)) return;  // a load has taken the totals row away
+        FUZZ_CHECK(grid.TextMatrix(last, 2) == L"Gesamt");
+        for (const std::int32_t col : {8, 9}) {
+            long double sum = 0;
+            for (std::int32_t row = 1; row < last; ++row) {
+                const std::wstring_view amount = grid.TextMatrix(row, col);
+                if (grid.TextMatrix(row, 1).empty() || amount.empty()) continue;
+                sum += basket_.text.ToNumber(amount);
+            }
+            const double plain = static_cast<double>(sum);
+            if (!(std::abs(plain) < 1e13)) continue;  // beyond what fifteen digits can tell
+            const double whole = std::round(plain * 100) / 100;
+            FUZZ_CHECK(grid.TextMatrix(last, col) ==
+                       (whole == 0 ? std::wstring() : basket_.text.FormatAmount(whole)));
+        }
+    }
+
+    BasketFixture& Basket() { return basket_; }
+
+  private:
+    BasketFixture basket_;
+};
+
+}  // namespace
+
+// The first byte chooses the number format, the second the length of the keys that follow; the rest
+// is the file.
+void Basket(const std::uint8_t* data, std::size_t size) {
+    static constexpr FakeLocale kLocales[] = {FakeLocale::kAustria, FakeLocale::kGermany,
+                                              FakeLocale::kUnitedStates};
+    const std::size_t format = size > 0 ? data[0] % 3 : 0;
+    const std::size_t header = std::min<std::size_t>(size, 2);
+    const std::size_t keys = std::min<std::size_t>(size - header, size > 1 ? data[1] % 32 : 0);
+    Driver driver(kLocales[format]);
+    driver.Basket().files.Put(kFile, std::string(data + header + keys, data + size));
+
+    const bool whole = driver.Load(kFile);
+    const Cells loaded = driver.Lines();
+    driver.Copy();
+    bool typed = false;
+    try {
+        driver.Walk(data + header, keys);
+    } catch (const Error&) {  // a total that no number is large enough for
+        typed = true;
+    }
+    driver.Check();
+    const bool same = !typed && driver.Lines() == loaded;
+    FUZZ_CHECK(same || !whole || keys > 0);
+    driver.Copy();
+    try {
+        driver.Save();
+    } catch (const Error&) {
+        return;
+    }
+    // What every line of was read is the same basket when it has been saved and read again, and in
+    // any case what was saved is.
+    const Cells saved = driver.Lines();
+    const bool again = driver.Load(kSaved);
+    if (whole && same) FUZZ_CHECK(again && driver.Lines() == saved && saved == loaded);
+    const Cells first = driver.Lines();
+    FUZZ_CHECK(driver.Load(kSaved) == again);
+    FUZZ_CHECK(driver.Lines() == first);
+
+    driver.ChangeFormat(kLocales[(format + 1) % 3]);
+    RaisedBy([&] { driver.Basket().Link(L"4711"); });
+    driver.Check();
+    driver.ChangeFormat(kLocales[format]);
+    RaisedBy([&] { driver.Basket().Link(L"nope"); });
+    driver.Check();
+    driver.Basket().form.Run(Command::mnuDateiNeu);
+    driver.Check();
+    FUZZ_CHECK(driver.Basket().Lines() == 0 && driver.Basket().Total(8).empty());
+}
+
+}  // namespace demovex::fuzz
