@@ -363,7 +363,10 @@ class Walk {
                 basket_.form.Run(command);
                 failed = false;
             },
-            [&] { expected = reference_.Save(); });
+            [&] {
+                expected =
+                    command == Command::mnuDateiSpeichern ? reference_.Save() : reference_.SaveAs();
+            });
         basket_.file_dialogs.answers.clear();
         if (failed) return;
         file_ = path;
@@ -564,7 +567,7 @@ TEST(RandomWalk, TwoHundredThousandActionsAgreeWithThePlainReference) {
     EXPECT_GT(errors, 100);
     EXPECT_GT(opened, 10000);
     EXPECT_GT(loaded, 500);
-    EXPECT_GT(unhealed, 500);
+    EXPECT_GT(unhealed, 100);
 }
 
 TEST(RandomWalk, InASmallWindowTheEditorIsOnlyEverOpenWhereItMayBe) {

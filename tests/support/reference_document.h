@@ -37,7 +37,11 @@ class ReferenceDocument : public ReferenceBasket {
         for (const std::wstring& entry : rejected) rejected_message += L"\r\n" + entry;
     }
 
-    // The bytes that saving writes.
+    // The bytes that saving writes. Choosing the file commits, and so does saving.
+    std::string SaveAs() {
+        Commit();
+        return Save();
+    }
     std::string Save() {
         Commit();
         Heal();
@@ -51,8 +55,10 @@ class ReferenceDocument : public ReferenceBasket {
         return text_.ToAnsi(content);
     }
 
-    // The bytes that sending the selection appends.
+    // The bytes that sending the selection appends. Choosing the file commits, and so does sending:
+    // of a number just typed the quantity, too.
     std::string Send() {
+        Commit();
         Commit();
         std::wstring lines;
         for (int r = std::min(row, row_sel); r <= std::max(row, row_sel); ++r) {
@@ -103,7 +109,9 @@ class ReferenceDocument : public ReferenceBasket {
 
     void LoadRows(const std::string& bytes, std::vector<std::wstring>& rejected) {
         std::vector<std::vector<std::wstring>> lines;
-        for (const std::wstring& line : Split(text_.FromAnsi(bytes), L"\r\n")) {
+        std::vector<std::wstring> texts = Split(text_.FromAnsi(bytes), L"\r\n");
+        while (!texts.empty() && texts.back().empty()) texts.pop_back();
+        for (const std::wstring& line : texts) {
             lines.push_back(Split(line, L"\t"));
             for (std::wstring& field : lines.back()) {
                 for (wchar_t& c : field) {
@@ -112,7 +120,6 @@ class ReferenceDocument : public ReferenceBasket {
             }
             lines.back().resize(9);
         }
-        while (!lines.empty() && lines.back() == std::vector<std::wstring>(9)) lines.pop_back();
         std::size_t first = 0;
         if (!lines.empty() && text_.CompareText(lines[0][0], L"DemoVexClient.Client") == 0) {
             first = 1;
