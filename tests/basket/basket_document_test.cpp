@@ -32,6 +32,25 @@ TEST_F(Document, ClosingAndAnsweringYesSavesAndCloses) {
     EXPECT_EQ(owner.closed, 1);
 }
 
+// A number just typed and found opens the editor anew on its quantity.
+TEST_F(Document, OpenAndRecentFilesLeaveNoEditorOpenWhileTheyAsk) {
+    messages.otherwise = MessageAnswer::kNo;
+    int asked = 0;
+    const auto expect_closed = [&] {
+        ++asked;
+        EXPECT_FALSE(view.EditorOpen());
+        EXPECT_EQ(Cell(Lines(), column::kArtNr), L"4711");
+    };
+    for (const Command command : {Command::mnuDateiOeffnen, Command::mnuDateiLRU1}) {
+        Link(L"");
+        Click(Lines(), column::kArtNr);
+        view.Type(L"4711");
+        messages.while_open = expect_closed;
+        form.Run(command);
+    }
+    EXPECT_EQ(asked, 2);
+}
+
 TEST_F(Document, ClosingWithASaveThatFailsKeepsTheWindowAndTheBasket) {
     Changed();
     files.At(kFile).read_only = true;

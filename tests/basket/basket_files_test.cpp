@@ -126,6 +126,15 @@ TEST_F(BasketFilesTest, SavingPutsThePathAtTheHeadOfTheRecentFiles) {
     EXPECT_EQ(settings.Get(L"LRU", L"File3", L"<none>"), L"<none>");
 }
 
+TEST_F(BasketFilesTest, TheRecentFilesKnowThePathBeforeTheFileIsWritten) {
+    FillBasket();
+    state.CurrentPath = folder / L"a.bsk";
+    files.FailAt(1, runtime_error::kDiskFull);
+    EXPECT_EQ(SaveError(), 61);
+    EXPECT_EQ(settings.Get(L"LRU", L"File1", L""), folder / L"a.bsk");
+    EXPECT_EQ(folder.Count(), 0);
+}
+
 TEST_F(BasketFilesTest, AReadOnlyTargetRaisesAndTheBasketStaysModified) {
     FillBasket();
     folder.Put(L"a.bsk", "old");
@@ -414,6 +423,29 @@ TEST_F(BasketFilesTest, NewEmptiesTheBasketAndForgetsItsFile) {
     EXPECT_EQ(state.Caption, L"Vexmart Demo Warenkorb 1.1");
     EXPECT_FALSE(state.Modified);
     EXPECT_FALSE(state.SuppressEditor);
+}
+
+TEST_F(BasketFilesTest, NewTakesTheRowsAwayWhileNothingIsPainted) {
+    FillBasket();
+    state.Modified = false;
+    struct Watching final : IFlexGridEvents {
+        explicit Watching(IFlexGrid& watched) : grid(watched) {}
+        void RowColChange() override { painted.emplace_back(grid.Rows(), grid.Redraw()); }
+        void SelChange() override {}
+        void Scroll() override {}
+        IFlexGrid& grid;
+        std::vector<std::pair<std::int32_t, bool>> painted;
+    } watching(grid);
+    rows.AddArtikel(L"4713", L"", L"", 1);
+    state.Modified = false;
+    grid.SetRow(2);
+    grid.SetCol(column::kArtNr);
+    grid.events = &watching;
+    basket.mnuDateiNeu_Click();
+    grid.events = nullptr;
+    // the row that was current goes with the others, then the description becomes current
+    EXPECT_EQ(watching.painted,
+              (std::vector<std::pair<std::int32_t, bool>>{{2, false}, {2, true}}));
 }
 
 TEST_F(BasketFilesTest, ANewThatBreaksOffLeavesAGridThatIsPaintedAndAnEditorThatOpens) {

@@ -4,50 +4,18 @@
 
 #include <cstdlib>
 #include <deque>
-#include <random>
 #include <sstream>
 #include <string>
 
 #include "tests/support/basket_fixture.h"
+#include "tests/support/basket_invariants.h"
 #include "tests/support/reference_document.h"
+#include "tests/support/walk_words.h"
 
 namespace demovex {
 namespace {
 
 using View = FakeBasketView;
-
-std::string Narrow(std::wstring_view text) {
-    std::string out;
-    for (const wchar_t c : text.substr(0, 40)) {
-        out += c >= L' ' && c < 127 ? static_cast<char>(c) : '?';
-    }
-    return out;
-}
-
-class Dice {
-  public:
-    explicit Dice(std::uint32_t seed) : engine_(seed) {}
-    int Below(int bound) { return static_cast<int>(engine_() % static_cast<unsigned>(bound)); }
-    int Between(int low, int high) { return low + Below(high - low + 1); }
-    template <typename Container>
-    auto Of(const Container& choices) {
-        return choices[static_cast<std::size_t>(Below(static_cast<int>(std::size(choices))))];
-    }
-
-  private:
-    std::mt19937 engine_;
-};
-
-const std::wstring kNumbers[] = {L"4711", L"4712",  L"1000", L"2000", L"5000", L"6000", L"abc",
-                                 L"ABC",  L" 4711", L"",     L"nope", L"9999", L"   ",  L"'1\""};
-const std::wstring kLinked[] = {L"4711", L"4711", L"4711", L"4712", L"1000", L"2000",
-                                L"5000", L"6000", L"ABC",  L"abc",  L""};
-const std::wstring kQuantities[] = {L"1",   L"2",  L"17",    L"1000",  L"0", L"2,5",   L"-",
-                                    L"1a",  L"-3", L"(5)",   L"1e400", L"",  L"0,125", L"1.2.3",
-                                    L"12-", L"7 ", L"1e307", L"1e12",  L"99"};
-const std::wstring kTexts[] = {
-    L"a", L"bitte rasch", L"", L"mit\tTab", L"eine Beschreibung von mehr als 25 Zeichen",
-    L"1", L"x  "};
 
 class Walk {
   public:
@@ -304,32 +272,8 @@ class Walk {
     // A file of the walk's own making, or what was sent so far. It has a name that was never used:
     // files that other programs change are another matter.
     void Load() {
-        static const std::string kLines[] = {"4711\t\t2\t\t\tSeite\tu",
-                                             "4712\t\t1",
-                                             "1000\t\t0,5",
-                                             "8888\t\t3",
-                                             "\tfrei",
-                                             "",
-                                             "4711\t\t5",
-                                             "4711\t\t1",
-                                             "6000\tx\t3\t\t\tK",
-                                             "2000\t\t4",
-                                             "nope",
-                                             "\tmit\rUmbruch"};
-        std::string bytes = sent_;
-        if (sent_.empty() || dice_.Below(3) != 0) {
-            bytes = dice_.Below(3) == 0 ? "" : "DemoVexClient.Client\r\n";
-            const bool clean = dice_.Below(2) == 0;
-            for (int lines = dice_.Below(9); lines > 0; --lines) {
-                if (clean) {
-                    bytes += kLines[lines % 2 == 0 ? 1 : 2] + "\r\n";
-                } else if (dice_.Below(12) == 0) {
-                    bytes += dice_.Below(2) == 0 ? "4712\t\tviele\r\n" : "9999\t\t1\r\n";
-                } else {
-                    bytes += dice_.Of(kLines) + "\r\n";
-                }
-            }
-        }
+        const std::string bytes =
+            sent_.empty() || dice_.Below(3) != 0 ? RandomBasketFile(dice_) : sent_;
         file_ = NewFile();
         basket_.files.Put(file_, bytes);
         bool failed = false;
@@ -433,68 +377,16 @@ class Walk {
     }
 
     void Check() {
-        CheckInvariants();
-        if (with_reference_) CompareWithReference();
-    }
-    void CheckInvariants() {
-        const IFlexGrid& grid = basket_.grid;
-        const int rows = grid.Rows();
-        ASSERT_GE(rows, 2);
-        ASSERT_EQ(grid.TextMatrix(0, 1), L"ArtNr");
         // Only a load leaves a basket without its totals row, and only what reads it keeps it so.
-        const bool whole = grid.CellBold(rows - 1, 8);
+        const bool whole = HasTotalsRow(basket_);
         if (!whole) {
             ++unhealed_;
             ASSERT_TRUE(actions_.back().starts_with("load") || !was_whole_);
         }
         was_whole_ = whole;
-        if (whole) {
-            for (int r = 1; r < rows; ++r) {
-                ASSERT_EQ(grid.TextMatrix(r, 0), r < rows - 1 ? std::to_wstring(r) : L"");
-            }
-            ASSERT_EQ(grid.TextMatrix(rows - 1, 2), L"Gesamt");
-            ASSERT_TRUE(grid.TextMatrix(rows - 1, 1).empty());
-            int totals_rows = 0;
-            for (int r = 1; r < rows; ++r) totals_rows += grid.CellBold(r, 2) ? 1 : 0;
-            ASSERT_EQ(totals_rows, 1);
-            CheckTotals();
-        }
-        const BasketState& state = basket_.form.State();
-        ASSERT_FALSE(state.SuppressEditor);
-        ASSERT_TRUE(grid.Redraw());
-        if (basket_.view.EditorOpen()) {
-            ++opened_;
-            ASSERT_EQ(state.EditRow, grid.Row());
-            ASSERT_EQ(state.EditCol, grid.Col());
-            ASSERT_TRUE(MayBeEdited(state.EditRow, state.EditCol));
-            ASSERT_EQ(grid.FocusRect(), FocusRectStyle::kNone);
-        } else {
-            ASSERT_FALSE(basket_.view.timer_enabled);
-        }
-    }
-    bool MayBeEdited(int r, int c) const {
-        const IFlexGrid& grid = basket_.grid;
-        if (r < 1 || r >= grid.Rows() - 1) return false;
-        const bool article = !grid.TextMatrix(r, 1).empty();
-        if (article ? c != 3 : c != 1 && c != 2) return false;
-        if (c < grid.LeftCol() || r < grid.TopRow()) return false;
-        if (grid.ColPos(c + 1) >= grid.Width() - 90) return false;
-        return grid.RowPos(r + 1) <= grid.Height() - 90;
-    }
-    // Shown totals are the sum of the shown line totals that read as numbers, after each action.
-    void CheckTotals() {
-        for (int c = 8; c <= 9; ++c) {
-            long double sum = 0;
-            for (int r = 1; r <= basket_.Lines(); ++r) {
-                const std::wstring amount = basket_.Cell(r, c);
-                if (basket_.Cell(r, 1).empty() || amount.empty()) continue;
-                sum += basket_.text.ToNumber(amount);
-            }
-            const double plain = static_cast<double>(sum);
-            if (std::abs(plain) > 1e13) continue;  // beyond what fifteen digits can tell
-            const double whole = std::round(plain * 100) / 100;
-            ASSERT_EQ(basket_.Total(c), whole == 0 ? L"" : basket_.text.FormatAmount(whole));
-        }
+        CheckInvariants(basket_);
+        opened_ += basket_.view.EditorOpen() ? 1 : 0;
+        if (with_reference_) CompareWithReference();
     }
     void CompareWithReference() {
         const IFlexGrid& grid = basket_.grid;

@@ -343,6 +343,18 @@ TEST(ViewCommands, OptimalWidthsFitTheWidestTextOfEachShownColumn) {
     EXPECT_TRUE(basket.grid.Redraw());
 }
 
+TEST(ViewCommands, ATotalWiderThanEveryLineDecidesItsColumnsWidth) {
+    BasketFixture basket;
+    basket.Link(L"6000", 5);
+    basket.Link(L"2000");
+    basket.Link(L"6000", 5);
+    ASSERT_EQ(basket.Cell(1, column::kGesamtAts).size(), 10u);
+    ASSERT_EQ(basket.Total(column::kGesamtAts).size(), 12u);
+    basket.messages.answers = {MessageAnswer::kYes};
+    basket.form.Run(Command::mnuAnsichtOptColWidth);
+    EXPECT_EQ(basket.grid.ColWidth(column::kGesamtAts), 12 * 100 + 120);
+}
+
 TEST(ViewCommands, AnyOtherAnswerChangesNoWidth) {
     for (const MessageAnswer answer : {MessageAnswer::kNo, MessageAnswer::kCancel}) {
         BasketFixture basket;

@@ -8,51 +8,28 @@
 #pragma once
 
 #include <algorithm>
-#include <array>
 #include <cmath>
-#include <cstdint>
 #include <string>
-#include <vector>
 
-#include "basket/columns.h"
-#include "platform/text.h"
 #include "tests/support/basket_fixture.h"
+#include "tests/support/reference_rows.h"
 
 namespace demovex {
 
-class ReferenceBasket {
+class ReferenceBasket : public ReferenceRows {
   public:
-    using Row = std::array<std::wstring, 10>;
+    using ReferenceRows::ReferenceRows;
 
-    explicit ReferenceBasket(const ITextService& service) : text_(service), rows(2) {
-        for (std::size_t c = 0; c < 10; ++c) rows[0][c] = kColumns[c].caption;
-        rows[1][2] = L"Gesamt";
-    }
-
-  protected:
-    const ITextService& text_;
-
-  public:
-    std::vector<Row> rows;
-    bool has_totals = true;  // the last row is the totals row
     int row = 0, col = 2, row_sel = 0, col_sel = 2;
     bool editor = false;
     int edit_row = 0, edit_col = 0;
-    std::wstring text;
+    std::wstring text;  // what is being typed
     int sel_start = 0, sel_length = 0;
     bool modified = false;
     bool suppress = false;
-    bool loading = false;
     std::wstring status;
     int messages = 0;
     int beeps = 0;
-
-    int Rows() const { return static_cast<int>(rows.size()); }
-    int Lines() const { return Rows() - 2; }
-    std::wstring& At(int r, int c) {
-        return rows[static_cast<std::size_t>(r)][static_cast<std::size_t>(c)];
-    }
-    bool IsArticle(int r) { return !At(r, 1).empty(); }
 
     // --- what the host does
     void Link(const std::wstring& nr, int menge, const std::wstring& catalog,
@@ -62,31 +39,10 @@ class ReferenceBasket {
     // The number format: `change` makes the text service use the new one.
     template <typename Change>
     void ChangeFormat(Change&& change) {
-        struct Amount {
-            std::size_t r, c;
-            double value;
-        };
-        std::vector<Amount> amounts;
-        for (std::size_t r = 1; r < rows.size(); ++r) {
-            for (const std::size_t c : {3u, 4u, 5u, 8u, 9u}) {
-                if (IsNumber(rows[r][c])) amounts.push_back({r, c, text_.ToNumber(rows[r][c])});
-            }
-        }
         const bool typing = editor && edit_col == 3 && IsNumber(text);
         const double typed = typing ? text_.ToNumber(text) : 0;
-        change();
-        const auto quantity = [&](std::wstring& cell, double value) {
-            if (!IsNumber(cell) || text_.ToNumber(cell) != value) cell = text_.FromNumber(value);
-        };
-        for (const Amount& amount : amounts) {
-            std::wstring& cell = rows[amount.r][amount.c];
-            if (amount.c == 3) {
-                quantity(cell, amount.value);
-            } else {
-                cell = text_.FormatAmount(amount.value);
-            }
-        }
-        if (typing) quantity(text, typed);
+        ReferenceRows::ChangeFormat(change);
+        if (typing) KeepQuantity(text, typed);
     }
 
     // --- what the user does in the grid
@@ -288,24 +244,6 @@ class ReferenceBasket {
         if (row < 1 || row >= Rows() - 1 || row != row_sel || col != col_sel) return false;
         return IsArticle(row) ? col == 3 : col == 1 || col == 2;
     }
-    // The texts that the totals row must show for what the rows show: amounts that do not read are
-    // left out. The error is 6 when there is no such number.
-    std::wstring SumText(int c, int& error) {
-        double plain = 0;
-        long double hundredths = 0;
-        bool whole = true;
-        for (int r = 1; r <= Lines(); ++r) {
-            if (!IsArticle(r) || !IsNumber(At(r, c))) continue;
-            const double amount = text_.ToNumber(At(r, c));
-            plain += amount;
-            const double scaled = std::round(amount * 100);
-            whole = whole && std::abs(scaled) < 9e15 && scaled / 100 == amount;
-            hundredths += static_cast<long double>(scaled);
-        }
-        const double sum = whole ? static_cast<double>(hundredths / 100) : plain;
-        if (!std::isfinite(sum)) error = 6;
-        return sum == 0 || !std::isfinite(sum) ? std::wstring() : text_.FormatAmount(sum);
-    }
 
   protected:
     struct Added {
@@ -325,23 +263,11 @@ class ReferenceBasket {
     static void RaiseUnlessIncomplete(int error) {
         if (error != 13) Raise(error);
     }
-    bool IsNumber(const std::wstring& candidate) const {
-        return RaisedBy([&] { text_.ToNumber(candidate); }) == 0;
-    }
     void CopyCells(const Row& from, int to) {
         for (std::size_t c = 1; c < 10; ++c) rows[static_cast<std::size_t>(to)][c] = from[c];
     }
     void Close() {
         while (editor) Commit();
-    }
-    // The totals row, when a load has taken it away, below all lines.
-    void Heal() {
-        if (loading || has_totals) return;
-        has_totals = true;
-        rows.emplace_back();
-        rows.back()[2] = L"Gesamt";
-        for (int r = 1; r <= Lines(); ++r) At(r, 0) = std::to_wstring(r);
-        Recalculate(Lines());
     }
     void Remove(int r) {
         if (r < 1 || r >= Rows()) RaiseRuntimeError(9);
@@ -455,31 +381,6 @@ class ReferenceBasket {
             return {true, Recalculate(r)};
         }
         return {};
-    }
-    // Writes what can be written; answers 6 for a product or sum that no number is large enough
-    // for, 13 while a line lacks readable amounts.
-    int Recalculate(int r) {
-        int own = 0, sums = 0;
-        if (IsArticle(r)) {
-            for (const int c : {8, 9}) {
-                if (!IsNumber(At(r, 3)) || !IsNumber(At(r, c - 4))) {
-                    if (own == 0) own = 13;
-                    continue;
-                }
-                const double product = text_.ToNumber(At(r, 3)) * text_.ToNumber(At(r, c - 4));
-                if (std::isfinite(product)) {
-                    At(r, c) = text_.FormatAmount(product);
-                } else if (own == 0) {
-                    own = 6;
-                }
-            }
-        }
-        for (const int c : {8, 9}) rows.back()[static_cast<std::size_t>(c)] = SumText(c, sums);
-        if (own == 6 || (own == 0 && sums == 6)) return 6;
-        for (int line = 1; line <= Lines() && own == 0; ++line) {
-            if (IsArticle(line) && !(IsNumber(At(line, 8)) && IsNumber(At(line, 9)))) own = 13;
-        }
-        return own;
     }
 };
 
