@@ -77,10 +77,15 @@ BasketWindowImpl::BasketWindowImpl(HINSTANCE module, std::shared_ptr<IBasketOwne
       scale_(options.dpi > 0 ? options.dpi : SystemDpi()) {}
 
 BasketWindowImpl::~BasketWindowImpl() {
-    // succeeds with the last window only
-    UnregisterClassW(kBasketWindowClass, module_);
-    WindowEditor::UnregisterWindowClass(module_);
-    WindowNote::UnregisterWindowClass(module_);
+    UnregisterClasses(module_);
+}
+
+void BasketWindowImpl::UnregisterClasses(HINSTANCE module) noexcept {
+    // each succeeds with its last window only
+    UnregisterClassW(kBasketWindowClass, module);
+    WindowEditor::UnregisterWindowClass(module);
+    WindowNote::UnregisterWindowClass(module);
+    FlexGridControl::UnregisterWindowClass(module);
 }
 
 void BasketWindowImpl::RegisterClasses() {
@@ -251,7 +256,7 @@ void BasketWindowImpl::Destroy() noexcept {
     if (window_ != nullptr) DestroyWindow(window_);
 }
 
-// The window is about to go, for whatever reason; its controls still stand.
+// The window goes, for whatever reason; its controls have gone.
 void BasketWindowImpl::OnDestroy() noexcept {
     hook_.reset();
     IBasketOwner* const untold = form_ ? std::exchange(form_->moLibrary, nullptr) : nullptr;

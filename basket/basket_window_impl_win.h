@@ -28,6 +28,8 @@ class BasketWindowImpl final : public std::enable_shared_from_this<BasketWindowI
                      std::shared_ptr<void> module_lock, const BasketWindowOptions& options);
     ~BasketWindowImpl() override;
 
+    static void UnregisterClasses(HINSTANCE module) noexcept;
+
     // Creates the window with all its controls, hidden; from then on the object holds itself.
     void Create();
     void Initialize();

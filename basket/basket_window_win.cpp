@@ -14,6 +14,10 @@ std::shared_ptr<BasketWindow> BasketWindow::Create(HINSTANCE module,
     return std::shared_ptr<BasketWindow>(new BasketWindow(impl));
 }
 
+void BasketWindow::UnregisterWindowClasses(HINSTANCE module) noexcept {
+    BasketWindowImpl::UnregisterClasses(module);
+}
+
 BasketWindow::BasketWindow(const std::shared_ptr<BasketWindowImpl>& impl) : impl_(impl) {}
 
 BasketWindow::~BasketWindow() = default;

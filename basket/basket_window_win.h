@@ -42,6 +42,10 @@ class BasketWindow {
                                                 std::shared_ptr<IBasketOwner> owner,
                                                 std::shared_ptr<void> module_lock = {},
                                                 const BasketWindowOptions& options = {});
+    // Takes the window classes from the system, which keeps them beyond the module that registered
+    // them. The last window does so when it has closed; it cannot when the host destroys it, so the
+    // module does it once more when it goes. Idle while a window stands.
+    static void UnregisterWindowClasses(HINSTANCE module) noexcept;
     ~BasketWindow();
     BasketWindow(const BasketWindow&) = delete;
     BasketWindow& operator=(const BasketWindow&) = delete;

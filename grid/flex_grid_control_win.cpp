@@ -20,6 +20,10 @@ FlexGridControl::~FlexGridControl() {
     impl_->Destroy();
 }
 
+void FlexGridControl::UnregisterWindowClass(HINSTANCE module) noexcept {
+    UnregisterClassW(kFlexGridControlClass, module);
+}
+
 FlexGrid& FlexGridControl::Grid() {
     return impl_->grid;
 }

@@ -89,6 +89,10 @@ class FlexGridControl {
     FlexGridControl(const FlexGridControl&) = delete;
     FlexGridControl& operator=(const FlexGridControl&) = delete;
 
+    // Takes the window class from the system, which keeps it beyond the module that registered it.
+    // Idle while a control of that module stands.
+    static void UnregisterWindowClass(HINSTANCE module) noexcept;
+
     FlexGrid& Grid();
     const FlexGrid& Grid() const;
     HWND Handle() const noexcept;

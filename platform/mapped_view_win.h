@@ -20,6 +20,8 @@
 
 namespace demovex {
 
+class VectoredHandler;
+
 class MappedView {
   public:
     // `begin` is a multiple of 64 KB. Null when the system refuses or there is no memory.
@@ -37,10 +39,13 @@ class MappedView {
     bool Copy(std::size_t offset, std::size_t length, char* to) const noexcept;
 
     // Whether a page was missing; from then on Copy always fails.
-    bool lost() const noexcept { return lost_.load(std::memory_order_relaxed); }
+    bool lost() const noexcept { return place_.load(std::memory_order_relaxed) != Place::kFile; }
 
     // For tests: whether the handler is installed.
     static bool IsGuarding() noexcept;
+    // For tests: called when a view with a missing page has been unmapped, before its range of
+    // addresses is taken.
+    static void (*on_unmapped_for_tests)(void* address, std::size_t size);
 
   private:
     MappedView(void* address, std::size_t size) noexcept : address_(address), size_(size) {}
@@ -49,9 +54,15 @@ class MappedView {
     bool Contains(ULONG_PTR address) const noexcept;
     bool ReplaceMissingPage(ULONG_PTR address) noexcept;
 
+    static VectoredHandler handler_;
+
+    // What lies at the view's addresses.
+    enum class Place { kFile, kOurs, kNobodys };
+
     void* address_;
     std::size_t size_;
-    std::atomic<bool> lost_{false};
+    std::atomic<Place> place_{Place::kFile};
+    bool listed_ = false;
     // the list of all views
     MappedView* previous_ = nullptr;
     MappedView* next_ = nullptr;

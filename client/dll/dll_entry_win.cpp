@@ -1,6 +1,7 @@
 // The exported entry points of DemoVexClient.dll.
 #include <windows.h>
 
+#include "basket/basket_window_win.h"
 #include "client/class_factory_win.h"
 #include "client/dll/window_port_win.h"
 #include "client/guard_win.h"
@@ -19,9 +20,13 @@ demovex::ClientParts RealParts() {
 
 }  // namespace
 
-// Nothing but the module's handle is taken here: the loader's lock is held.
-extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, void*) noexcept {
+// Nothing but the module's handle is taken here, and at the end the window classes, which the
+// system would keep: the loader's lock is held.
+extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, void* process_ends) noexcept {
     if (reason == DLL_PROCESS_ATTACH) demovex::SetModule(module);
+    if (reason == DLL_PROCESS_DETACH && process_ends == nullptr) {
+        demovex::BasketWindow::UnregisterWindowClasses(module);
+    }
     return TRUE;
 }
 

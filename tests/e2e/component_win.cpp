@@ -32,6 +32,10 @@ void DeleteFolder(const std::wstring& folder) {
 
 }  // namespace
 
+std::wstring RunTimeFolder() {
+    return WindowsPath(DEMOVEX_BUILD_DIR) + L"\\run_times";
+}
+
 ComponentTest::ComponentTest() {
     EXPECT_EQ(OleInitialize(nullptr), S_OK);
     SetErrorInfo(0, nullptr);

@@ -28,6 +28,7 @@ inline constexpr wchar_t kBasketClass[] = L"DemoVexClient.TestLibForm";
 inline constexpr wchar_t kOrder[] = L"http://www.vexmart.example/vex/basket.html?prodno=";
 // Published menu ids.
 inline constexpr WPARAM kSave = 103;
+inline constexpr WPARAM kGotoCatalog = 301;
 inline constexpr WPARAM kCopyWholeBasket = 114;
 
 // A record of the article master.
@@ -140,6 +141,9 @@ class BoxAnswers {
     HWND answered_ = nullptr;
     UINT_PTR timer_ = 0;
 };
+
+// Where copies of the compiler's shared run-times lie, which the component itself never uses.
+std::wstring RunTimeFolder();
 
 class ComponentTest : public testing::Test {
   protected:

@@ -4,6 +4,7 @@
 
 #include <windows.h>
 
+#include <cstring>
 #include <random>
 
 #include "tests/support/raised.h"
@@ -255,6 +256,33 @@ TEST_F(SharedReader, OneReadersLossLeavesTheOthersWhole) {
     EXPECT_EQ(other.Read(90'000, 54), Pattern(90'000, 54));
     EXPECT_EQ(other.direct_reads(), 0);
     EXPECT_EQ(reader.Read(1'000, 54), Pattern(1'000, 54));
+}
+
+// What another thread has put where a lost view was, quicker than the handler.
+void* g_taken = nullptr;
+void TakeTheRange(void* address, std::size_t) {
+    g_taken = VirtualAlloc(address, 65536, MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE);
+    if (g_taken != nullptr) std::memcpy(g_taken, "another's", 9);
+}
+
+TEST_F(SharedReader, ALostViewsRangeThatAnotherThreadTookStaysItsOwn) {
+    if (!HasUnixCommands()) GTEST_SKIP() << "only another system can cut off a mapped file";
+    const std::wstring path = PutPattern(60'000);
+    MappedView::on_unmapped_for_tests = &TakeTheRange;
+    {
+        WinSharedReader reader(path, {});
+        EXPECT_EQ(reader.Read(50'000, 54), Pattern(50'000, 54));
+        CutFromOutside(10'000);
+        EXPECT_EQ(RaisedBy([&] { reader.Read(50'000, 54); }), 57);
+        EXPECT_EQ(reader.Read(1'000, 54), Pattern(1'000, 54));
+    }
+    MappedView::on_unmapped_for_tests = nullptr;
+    ASSERT_NE(g_taken, nullptr);
+    MEMORY_BASIC_INFORMATION memory;
+    ASSERT_NE(VirtualQuery(g_taken, &memory, sizeof memory), 0u);
+    ASSERT_EQ(memory.State, static_cast<DWORD>(MEM_COMMIT));
+    EXPECT_EQ(std::memcmp(g_taken, "another's", 9), 0);
+    VirtualFree(g_taken, 0, MEM_RELEASE);
 }
 
 TEST_F(SharedReader, SharesTheFileWithWritersAndDeleters) {
