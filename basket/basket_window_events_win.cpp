@@ -43,17 +43,22 @@ void BasketWindowImpl::Forward(FormCall call) noexcept {
 
 LRESULT CALLBACK BasketWindowImpl::Procedure(HWND window, UINT message, WPARAM wparam,
                                              LPARAM lparam) noexcept {
-    if (message == WM_NCCREATE) {
-        auto* creator = static_cast<BasketWindowImpl*>(
-            reinterpret_cast<const CREATESTRUCTW*>(lparam)->lpCreateParams);
-        SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(creator));
-        creator->window_ = window;
-        creator->self_ = creator->weak_from_this().lock();
-    }
     auto* impl = reinterpret_cast<BasketWindowImpl*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+    if (message == WM_NCCREATE) {
+        // the system's comes first; any further one is another program's, and so is its pointer
+        if (impl != nullptr) return TRUE;
+        impl = static_cast<BasketWindowImpl*>(
+            reinterpret_cast<const CREATESTRUCTW*>(lparam)->lpCreateParams);
+        SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(impl));
+        impl->window_ = window;
+        impl->self_ = impl->weak_from_this().lock();
+    }
     if (impl == nullptr) return DefWindowProcW(window, message, wparam, lparam);
     const auto keep = impl->KeepAlive();
     if (message == WM_NCDESTROY) {
+        // the system destroys the controls first: with them in place it is another program's
+        if (GetWindow(window, GW_CHILD) != nullptr) return 0;
+        impl->OnDestroy();
         SetWindowLongPtrW(window, GWLP_USERDATA, 0);
         impl->OnDestroyed();
         return DefWindowProcW(window, message, wparam, lparam);
@@ -142,9 +147,6 @@ LRESULT BasketWindowImpl::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) 
             return 0;
         case WM_QUERYENDSESSION:
             return CloseUnlessCancelled() ? TRUE : FALSE;
-        case WM_DESTROY:
-            OnDestroy();
-            return 0;
         default:
             break;
     }

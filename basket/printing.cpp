@@ -125,6 +125,7 @@ void Printing::mnuDateiDrucken_Click() {
 
 void Printing::Print() {
     const std::unique_ptr<IPrintJob> job = printer_.Begin(window_.Caption());
+    if (!job) return;  // the user has thought better of it
     const std::int32_t page_width = job->PageWidth();
     const std::int32_t page_height = job->PageHeight();
     job->SetFont(kBodyPoints, false);

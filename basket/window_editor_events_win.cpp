@@ -35,7 +35,9 @@ LRESULT CALLBACK WindowEditor::PictureProc(HWND window, UINT message, WPARAM wpa
     auto* editor = reinterpret_cast<WindowEditor*>(GetWindowLongPtrW(window, GWLP_USERDATA));
     if (editor == nullptr) return DefWindowProcW(window, message, wparam, lparam);
     const auto keep = editor->gate_.KeepAlive();
-    if (message == WM_NCDESTROY) {
+    if (message == WM_NCDESTROY && window == editor->background_) {
+        // the system destroys the text boxes first: with them in place it is another program's
+        if (GetWindow(window, GW_CHILD) != nullptr) return 0;
         SetWindowLongPtrW(window, GWLP_USERDATA, 0);
         editor->gone_ = true;
         return DefWindowProcW(window, message, wparam, lparam);
@@ -75,6 +77,8 @@ LRESULT WindowEditor::OnPictureMessage(HWND window, UINT message, WPARAM wparam,
         case WM_MOUSEWHEEL:
         case WM_MOUSEHWHEEL:
             return SendMessageW(grid_, message, wparam, lparam);
+        case WM_CLOSE:
+            return 0;  // a control is not closed alone
         default:
             return DefWindowProcW(window, message, wparam, lparam);
     }
@@ -86,6 +90,9 @@ LRESULT CALLBACK WindowEditor::TextProc(HWND window, UINT message, WPARAM wparam
     const auto keep = editor.gate_.KeepAlive();
     if (editor.OnTextMessage(window, message, wparam, lparam)) return 0;
     if (!IsWindow(window)) return 0;
+    if (message == WM_CLOSE) return 0;  // a control is not closed alone
+    // what this message points to may be any program's: the control's own answer needs none of it
+    if (message == WM_GETDLGCODE) lparam = 0;
     const LRESULT result = CallWindowProcW(editor.text_proc_, window, message, wparam, lparam);
     // in every host the editor gets all keys
     return message == WM_GETDLGCODE ? result | DLGC_WANTALLKEYS : result;
@@ -143,6 +150,9 @@ LRESULT CALLBACK WindowEditor::ListProc(HWND window, UINT message, WPARAM wparam
     const auto keep = editor.gate_.KeepAlive();
     if (editor.OnListMessage(message, wparam, lparam)) return 0;
     if (!IsWindow(window)) return 0;
+    if (message == WM_CLOSE) return 0;  // a control is not closed alone
+    // what this message points to may be any program's: the control's own answer needs none of it
+    if (message == WM_GETDLGCODE) lparam = 0;
     const LRESULT result = CallWindowProcW(editor.list_proc_, window, message, wparam, lparam);
     return message == WM_GETDLGCODE ? result | DLGC_WANTALLKEYS : result;
 }

@@ -35,6 +35,8 @@ class HostOwner final : public IBasketOwner {
         ComPtr<IVEXHost> host;
         if (client) client->get_moParent(host.Out());
         if (!host) RaiseRuntimeError(runtime_error::kObjectNotSet);
+        // what is read after a failure must come from this call
+        SetErrorInfo(0, nullptr);
         const HRESULT result = f(host.Get(), static_cast<_Client*>(client.Get()));
         if (FAILED(result)) RaiseFailedCall(result, host.Get(), IID_IVEXHost);
     }

@@ -17,10 +17,14 @@ HRESULT RegisterServer(InstallPlace place) noexcept {
             try {
                 RegistryClasses machine(RegistryClasses::Place::kMachine);
                 RegisterClasses(machine, dll);
-                return S_OK;
             } catch (const Error&) {
-                // not permitted: the user alone, then
+                return RegisterServer(InstallPlace::kUser);  // not permitted
             }
+            // what stands in the user's place goes before the machine's: an earlier registration
+            // there would leave this one without effect
+            RegistryClasses before(RegistryClasses::Place::kUser);
+            UnregisterClasses(before);
+            return S_OK;
         }
         RegistryClasses user(RegistryClasses::Place::kUser);
         RegisterClasses(user, dll);

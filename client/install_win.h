@@ -12,7 +12,8 @@ enum class InstallPlace {
 };
 
 // Registers the module's file; SELFREG_E_CLASS when the registry refuses everywhere, and nothing is
-// left behind then.
+// left behind then. A registration for the machine removes the user's own, which the system would
+// prefer; SELFREG_E_CLASS when that is refused.
 HRESULT RegisterServer(InstallPlace place) noexcept;
 
 // Removes what was registered. kMachineElseUser removes it in both places, since either may have

@@ -2,6 +2,8 @@
 
 #include <atomic>
 
+#include "platform/module_path_win.h"
+
 namespace demovex {
 
 namespace {
@@ -18,25 +20,10 @@ HINSTANCE Module() noexcept {
 }
 
 std::wstring ModulePath() {
-    std::wstring path(MAX_PATH, L'\0');
-    for (;;) {
-        const DWORD length =
-            GetModuleFileNameW(g_module, path.data(), static_cast<DWORD>(path.size()));
-        // a path that was cut fills the buffer; the longest path of the system has 32,767
-        // characters
-        if (length < path.size() || path.size() > 0x8000) {
-            path.resize(length);
-            return path;
-        }
-        path.resize(path.size() * 2);
-    }
+    return ModulePath(g_module);
 }
-
 std::wstring ModuleFolder() {
-    std::wstring path = ModulePath();
-    const std::size_t slash = path.find_last_of(L'\\');
-    path.resize(slash == std::wstring::npos ? 0 : slash);
-    return path;
+    return ModuleFolder(g_module);
 }
 
 void PinModule() noexcept {

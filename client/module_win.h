@@ -11,9 +11,8 @@ namespace demovex {
 void SetModule(HINSTANCE module) noexcept;
 HINSTANCE Module() noexcept;
 
-// Full path of the file that the module was loaded from. Throws std::bad_alloc.
+// Where it was loaded from (platform/module_path_win.h).
 std::wstring ModulePath();
-// Its folder, without a trailing backslash.
 std::wstring ModuleFolder();
 
 // Keeps the module in memory even when its last user lets go of it without asking, as COM does when

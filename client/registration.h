@@ -20,9 +20,6 @@ class IRegistryClasses {
     virtual void SetString(std::wstring_view key, std::wstring_view name,
                            std::wstring_view value) = 0;
 
-    // The value; empty when there is none.
-    virtual std::wstring GetString(std::wstring_view key, std::wstring_view name) const = 0;
-
     // Deletes a key with all below it; one that does not exist is no error. Raises 70 when the
     // registry refuses.
     virtual void DeleteTree(std::wstring_view key) = 0;

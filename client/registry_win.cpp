@@ -68,25 +68,6 @@ void RegistryClasses::SetString(std::wstring_view key, std::wstring_view name,
                            reinterpret_cast<const BYTE*>(text.c_str()), static_cast<DWORD>(bytes)));
 }
 
-std::wstring RegistryClasses::GetString(std::wstring_view key, std::wstring_view name) const {
-    Key open;
-    if (RegOpenKeyExW(root_, FullKey(key).c_str(), 0, KEY_QUERY_VALUE, open.Out())) return {};
-    const std::wstring value_name(name);
-    DWORD type = 0, bytes = 0;
-    if (RegQueryValueExW(open.Get(), value_name.c_str(), nullptr, &type, nullptr, &bytes) ||
-        type != REG_SZ) {
-        return {};
-    }
-    std::wstring text(bytes / sizeof(wchar_t), L'\0');
-    if (RegQueryValueExW(open.Get(), value_name.c_str(), nullptr, &type,
-                         reinterpret_cast<BYTE*>(text.data()), &bytes) ||
-        type != REG_SZ) {
-        return {};
-    }
-    text.resize(text.find(L'\0') == std::wstring::npos ? text.size() : text.find(L'\0'));
-    return text;
-}
-
 void RegistryClasses::DeleteTree(std::wstring_view key) {
     const std::wstring full = FullKey(key);
     {

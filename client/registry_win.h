@@ -14,7 +14,6 @@ class RegistryClasses final : public IRegistryClasses {
     explicit RegistryClasses(Place place) noexcept;
 
     void SetString(std::wstring_view key, std::wstring_view name, std::wstring_view value) override;
-    std::wstring GetString(std::wstring_view key, std::wstring_view name) const override;
     void DeleteTree(std::wstring_view key) override;
     bool IsEmptyKey(std::wstring_view key) const override;
 

@@ -32,6 +32,7 @@ endfunction()
 
 # Windows' own libraries that the _win libraries use.
 if(WIN32)
-  set(DEMOVEX_SYSTEM_LIBS comctl32 comdlg32 gdi32 user32 shell32 ole32 oleaut32 oleacc uuid winmm
-      winspool advapi32 shlwapi)
+  # (winmm, winspool and oleacc are not protected from files of the same name beside a program: what
+  # is needed of them is loaded late, by platform/system_library_win.h)
+  set(DEMOVEX_SYSTEM_LIBS comctl32 comdlg32 gdi32 user32 shell32 ole32 oleaut32 uuid advapi32 shlwapi)
 endif()

@@ -137,11 +137,14 @@ class Dialog : private ITextMeasure {
   private:
     // --- the edge to the system
     static INT_PTR CALLBACK Proc(HWND window, UINT message, WPARAM wparam, LPARAM lparam) noexcept {
-        if (message == WM_INITDIALOG) {
-            SetWindowLongPtrW(window, GWLP_USERDATA, lparam);
-            reinterpret_cast<Dialog*>(lparam)->window_ = window;
-        }
         auto* self = reinterpret_cast<Dialog*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+        if (message == WM_INITDIALOG) {
+            // the system's comes first; any further one is somebody else's, and so is its pointer
+            if (self != nullptr) return FALSE;
+            SetWindowLongPtrW(window, GWLP_USERDATA, lparam);
+            self = reinterpret_cast<Dialog*>(lparam);
+            self->window_ = window;
+        }
         if (self == nullptr) return FALSE;
         try {
             return self->Handle(message, wparam, lparam);
@@ -153,18 +156,23 @@ class Dialog : private ITextMeasure {
         return TRUE;
     }
 
-    static LRESULT CALLBACK LinkProc(HWND window, UINT message, WPARAM wparam, LPARAM lparam,
-                                     UINT_PTR, DWORD_PTR) noexcept {
+    // A link's own procedure stands before the button's, which the window's user data keeps. (The
+    // common controls' functions for this have names from version 6 on only, and a host without a
+    // manifest has version 5.82.)
+    static LRESULT CALLBACK LinkProc(HWND window, UINT message, WPARAM wparam,
+                                     LPARAM lparam) noexcept {
+        const auto button = reinterpret_cast<WNDPROC>(GetWindowLongPtrW(window, GWLP_USERDATA));
         switch (message) {
             case WM_SETCURSOR:
                 SetCursor(LoadCursorW(nullptr, IDC_HAND));
                 return TRUE;
+            case WM_CLOSE:
+                return 0;  // a control is not closed alone
             case WM_GETDLGCODE: {
-                // Enter opens the link instead of pressing OK
-                const auto* key = reinterpret_cast<const MSG*>(lparam);
-                const bool enter =
-                    key != nullptr && key->message == WM_KEYDOWN && key->wParam == VK_RETURN;
-                return DefSubclassProc(window, message, wparam, lparam) |
+                // Enter opens the link instead of pressing OK. What the message points to is left
+                // alone: any program may send it.
+                const bool enter = lparam != 0 && wparam == VK_RETURN;
+                return CallWindowProcW(button, window, message, wparam, 0) |
                        (enter ? DLGC_WANTMESSAGE : 0);
             }
             case WM_KEYDOWN:
@@ -175,13 +183,15 @@ class Dialog : private ITextMeasure {
                     return 0;
                 }
                 break;
-            case WM_NCDESTROY:
-                RemoveWindowSubclass(window, &Dialog::LinkProc, 0);
-                break;
             default:
                 break;
         }
-        return DefSubclassProc(window, message, wparam, lparam);
+        return CallWindowProcW(button, window, message, wparam, lparam);
+    }
+
+    static void MakeLink(HWND button) noexcept {
+        SetWindowLongPtrW(button, GWLP_USERDATA, GetWindowLongPtrW(button, GWLP_WNDPROC));
+        SetWindowLongPtrW(button, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&Dialog::LinkProc));
     }
 
     void Report(std::wstring_view description) noexcept {
@@ -298,7 +308,7 @@ class Dialog : private ITextMeasure {
             const HWND label = Child(L"BUTTON", link.caption.c_str(), BS_OWNERDRAW | WS_TABSTOP,
                                      AboutBox::kFirstLink + static_cast<int>(i), link.left,
                                      link.top, link.width, link.height);
-            SetWindowSubclass(label, &Dialog::LinkProc, 0, 0);
+            MakeLink(label);
             // to the front, which makes it the first that Tab reaches, too
             SetWindowPos(label, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
             if (tips == nullptr) continue;

@@ -12,6 +12,14 @@ namespace {
 
 constexpr DWORD kStyle = WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS | WS_TABSTOP;
 
+// What the witness has in the place of an object: a hidden child of the grid that tells by its
+// absence that the system is destroying the grid, and does nothing else.
+constexpr char kWitness = 0;
+
+bool IsWitness(LONG_PTR data) noexcept {
+    return data == reinterpret_cast<LONG_PTR>(&kWitness);
+}
+
 RECT ToRect(const PixelRect& rect) {
     return {rect.left, rect.top, rect.right, rect.bottom};
 }
@@ -70,6 +78,8 @@ void FlexGridImplWin::Create(HINSTANCE module, HWND parent, int id, const TwipsR
                     scale.ToPixels(rect.right()) - left, scale.ToPixels(rect.bottom()) - top,
                     parent, reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), module, this);
     if (window == nullptr) RaiseRuntimeError(runtime_error::kOutOfMemory);
+    CreateWindowExW(WS_EX_NOPARENTNOTIFY, kFlexGridControlClass, nullptr, WS_CHILD, 0, 0, 0, 0,
+                    window, nullptr, module, const_cast<char*>(&kWitness));
     grid.SetDisplay(this);
     UpdateFrame();
 }
@@ -218,17 +228,23 @@ void FlexGridImplWin::SelectionChanged() {
 
 LRESULT CALLBACK FlexGridImplWin::Procedure(HWND window, UINT message, WPARAM wparam,
                                             LPARAM lparam) noexcept {
+    if (message == WM_CLOSE) return 0;  // a control is not closed alone
+    auto data = GetWindowLongPtrW(window, GWLP_USERDATA);
     if (message == WM_NCCREATE) {
+        // the system's comes first; any further one is another program's, and so is its pointer
+        if (data != 0) return TRUE;
         const auto* create = reinterpret_cast<const CREATESTRUCTW*>(lparam);
-        auto* created = static_cast<FlexGridImplWin*>(create->lpCreateParams);
-        created->window = window;
-        SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(created));
+        data = reinterpret_cast<LONG_PTR>(create->lpCreateParams);
+        SetWindowLongPtrW(window, GWLP_USERDATA, data);
+        if (!IsWitness(data)) reinterpret_cast<FlexGridImplWin*>(data)->window = window;
     }
-    auto* self = reinterpret_cast<FlexGridImplWin*>(GetWindowLongPtrW(window, GWLP_USERDATA));
-    if (self == nullptr) return DefWindowProcW(window, message, wparam, lparam);
+    if (data == 0 || IsWitness(data)) return DefWindowProcW(window, message, wparam, lparam);
+    auto* self = reinterpret_cast<FlexGridImplWin*>(data);
     // null only while the object itself is being destroyed
     const std::shared_ptr<FlexGridImplWin> alive = self->weak_from_this().lock();
     if (message == WM_NCDESTROY) {
+        // the system destroys the witness first: with it in place it is another program's
+        if (GetWindow(window, GW_CHILD) != nullptr) return 0;
         SetWindowLongPtrW(window, GWLP_USERDATA, 0);
         self->window = nullptr;
         self->grid.SetDisplay(nullptr);

@@ -6,6 +6,7 @@
 #include "grid/cell_name.h"
 #include "grid/grid_accessible_object_win.h"
 #include "grid/grid_selected_cells_win.h"
+#include "platform/system_library_win.h"
 
 namespace demovex {
 
@@ -30,7 +31,10 @@ HRESULT GiveText(std::wstring_view text, BSTR* out) {
 
 LRESULT GridAccessibility::Answer(WPARAM wparam) {
     if (object_ == nullptr) object_ = new GridAccessible(owner_, module_lock_);
-    return LresultFromObject(IID_IAccessible, wparam, object_);
+    static const auto lresult_from_object =
+        SystemFunction<decltype(&LresultFromObject)>(L"oleacc.dll", "LresultFromObject");
+    if (lresult_from_object == nullptr) return 0;
+    return lresult_from_object(IID_IAccessible, wparam, object_);
 }
 
 void GridAccessibility::Disconnect() noexcept {
@@ -151,8 +155,12 @@ HRESULT GridAccessible::get_accParent(IDispatch** parent) noexcept {
     if (parent == nullptr) return E_POINTER;
     *parent = nullptr;
     return Run([&] {
-        return AccessibleObjectFromWindow(owner_->window, static_cast<DWORD>(OBJID_WINDOW),
-                                          IID_IDispatch, reinterpret_cast<void**>(parent));
+        static const auto object_from_window =
+            SystemFunction<decltype(&AccessibleObjectFromWindow)>(L"oleacc.dll",
+                                                                  "AccessibleObjectFromWindow");
+        if (object_from_window == nullptr) return E_FAIL;
+        return object_from_window(owner_->window, static_cast<DWORD>(OBJID_WINDOW), IID_IDispatch,
+                                  reinterpret_cast<void**>(parent));
     });
 }
 

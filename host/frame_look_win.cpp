@@ -94,9 +94,12 @@ void Frame::CreateControls() {
         row.item.lParam = static_cast<LPARAM>(i);
         SendMessageW(tree_, TVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&row));
     }
-    SetWindowSubclass(list_, ListProcedure, 1, reinterpret_cast<DWORD_PTR>(this));
-    for (HWND control : {tree_, list_, search_}) {
-        SetWindowSubclass(control, TabProcedure, 2, reinterpret_cast<DWORD_PTR>(this));
+    // (the common controls' own functions for this have names from version 6 on only)
+    for (std::size_t i = 0; i < control_procedures_.size(); ++i) {
+        const HWND control = Controls()[i];
+        SetWindowLongPtrW(control, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+        control_procedures_[i] = reinterpret_cast<WNDPROC>(SetWindowLongPtrW(
+            control, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&Frame::ControlProcedure)));
     }
 }
 
@@ -209,10 +212,19 @@ LRESULT Frame::DrawItem(NMLVCUSTOMDRAW& draw) const {
     }
 }
 
-// The hand over an order link.
-LRESULT CALLBACK Frame::ListProcedure(HWND window, UINT message, WPARAM w, LPARAM l, UINT_PTR,
-                                      DWORD_PTR) noexcept {
-    if (message == WM_SETCURSOR && LOWORD(l) == HTCLIENT && reinterpret_cast<HWND>(w) == window) {
+std::array<HWND, 3> Frame::Controls() const {
+    return {tree_, list_, search_};
+}
+
+// The hand over an order link; and Tab moves between the parts of the window: the program's loop
+// knows nothing of dialogs.
+LRESULT CALLBACK Frame::ControlProcedure(HWND window, UINT message, WPARAM w, LPARAM l) noexcept {
+    const auto& frame = *reinterpret_cast<const Frame*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+    const std::array<HWND, 3> order = frame.Controls();
+    const auto at =
+        static_cast<std::size_t>(std::find(order.begin(), order.end(), window) - order.begin());
+    if (window == frame.list_ && message == WM_SETCURSOR && LOWORD(l) == HTCLIENT &&
+        reinterpret_cast<HWND>(w) == window) {
         LVHITTESTINFO hit{};
         GetCursorPos(&hit.pt);
         ScreenToClient(window, &hit.pt);
@@ -221,23 +233,13 @@ LRESULT CALLBACK Frame::ListProcedure(HWND window, UINT message, WPARAM w, LPARA
             return TRUE;
         }
     }
-    return DefSubclassProc(window, message, w, l);
-}
-
-// Tab moves between the parts of the window: the program's loop knows nothing of dialogs.
-LRESULT CALLBACK Frame::TabProcedure(HWND window, UINT message, WPARAM w, LPARAM l, UINT_PTR,
-                                     DWORD_PTR self) noexcept {
-    auto* frame = reinterpret_cast<Frame*>(self);
     if (message == WM_KEYDOWN && w == VK_TAB) {
-        const std::array<HWND, 3> order = {frame->tree_, frame->list_, frame->search_};
-        const auto at =
-            static_cast<std::size_t>(std::find(order.begin(), order.end(), window) - order.begin());
         const std::size_t step = GetKeyState(VK_SHIFT) < 0 ? 2 : 1;
         SetFocus(order[(at + step) % order.size()]);
         return 0;
     }
     if (message == WM_CHAR && w == L'\t') return 0;
-    return DefSubclassProc(window, message, w, l);
+    return CallWindowProcW(frame.control_procedures_[at], window, message, w, l);
 }
 
 }  // namespace demovex::host

@@ -6,6 +6,7 @@
 
 #include <commctrl.h>
 
+#include <array>
 #include <string>
 #include <vector>
 
@@ -43,11 +44,11 @@ class Frame {
 
   private:
     static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM w, LPARAM l) noexcept;
-    static LRESULT CALLBACK ListProcedure(HWND window, UINT message, WPARAM w, LPARAM l,
-                                          UINT_PTR id, DWORD_PTR self) noexcept;
-    static LRESULT CALLBACK TabProcedure(HWND window, UINT message, WPARAM w, LPARAM l, UINT_PTR id,
-                                         DWORD_PTR self) noexcept;
+    static LRESULT CALLBACK ControlProcedure(HWND window, UINT message, WPARAM w,
+                                             LPARAM l) noexcept;
 
+    // Those that Tab reaches, in its order.
+    std::array<HWND, 3> Controls() const;
     LRESULT Handle(UINT message, WPARAM w, LPARAM l);
     void CreateControls();
     void CreateMenus();
@@ -76,6 +77,7 @@ class Frame {
     HWND address_ = nullptr;
     HWND search_ = nullptr;
     HWND status_ = nullptr;
+    std::array<WNDPROC, 3> control_procedures_{};  // the controls' own
     HFONT font_ = nullptr;
     HFONT title_font_ = nullptr;
     HFONT link_font_ = nullptr;

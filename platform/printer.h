@@ -40,7 +40,8 @@ class IPrinter {
     // Number of installed printers.
     virtual int InstalledCount() const = 0;
 
-    // Starts a job on the default printer under the given name in the queue. Raises an error (482,
+    // Starts a job on the default printer under the given name in the queue. Null when the printer
+    // asks the user for something (a file's name, say) and the user gives up. Raises an error (482,
     // "Printer error", unless the system says more) when there is none or it refuses.
     virtual std::unique_ptr<IPrintJob> Begin(std::wstring_view document) = 0;
 };

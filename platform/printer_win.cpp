@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "base/error.h"
+#include "platform/system_library_win.h"
 
 namespace demovex {
 namespace {
@@ -110,7 +111,7 @@ std::vector<Edge> Joined(std::vector<Edge> edges) {
 
 class WinPrintJob : public IPrintJob {
   public:
-    WinPrintJob(OwnedDc dc, HWND owner, std::wstring_view document)
+    WinPrintJob(OwnedDc dc, HWND owner)
         : blocked_(owner),
           dc_(std::move(dc)),
           dpi_x_(std::max(1, GetDeviceCaps(dc_.get(), LOGPIXELSX))),
@@ -118,13 +119,22 @@ class WinPrintJob : public IPrintJob {
           pen_x_(std::max(1, DeviceX(kFrameTwips))),
           pen_y_(std::max(1, DeviceY(kFrameTwips))) {
         SetFont(10, false);
+    }
+
+    // False when the user has given up a dialog of the printer's (for a file's name, say).
+    bool Start(std::wstring_view document) {
         const std::wstring name(document);
         DOCINFOW info = {};
         info.cbSize = sizeof info;
         info.lpszDocName = name.c_str();
         SetLastError(0);
-        if (StartDocW(dc_.get(), &info) <= 0) RaisePrinterError(GetLastError());
+        if (StartDocW(dc_.get(), &info) <= 0) {
+            const DWORD code = GetLastError();
+            if (code == ERROR_CANCELLED || code == ERROR_PRINT_CANCELLED) return false;
+            RaisePrinterError(code);
+        }
         in_document_ = true;
+        return true;
     }
 
     ~WinPrintJob() override {
@@ -277,13 +287,28 @@ class WinPrintJob : public IPrintJob {
     bool in_page_ = false;
 };
 
+// The print spooler's functions; null where the system has none.
+struct Spooler {
+    decltype(&EnumPrintersW) enum_printers =
+        SystemFunction<decltype(&EnumPrintersW)>(L"winspool.drv", "EnumPrintersW");
+    decltype(&GetDefaultPrinterW) get_default_printer =
+        SystemFunction<decltype(&GetDefaultPrinterW)>(L"winspool.drv", "GetDefaultPrinterW");
+};
+
+const Spooler& TheSpooler() {
+    static const Spooler spooler;
+    return spooler;
+}
+
 std::wstring DefaultPrinterName() {
+    const auto get_default_printer = TheSpooler().get_default_printer;
+    if (get_default_printer == nullptr) RaisePrinterError(0);
     DWORD size = 0;
-    GetDefaultPrinterW(nullptr, &size);
+    get_default_printer(nullptr, &size);
     DWORD code = GetLastError();
     while (code == ERROR_INSUFFICIENT_BUFFER) {
         std::wstring name(size, L'\0');
-        if (GetDefaultPrinterW(name.data(), &size)) {
+        if (get_default_printer(name.data(), &size)) {
             name.resize(size > 0 ? size - 1 : 0);  // without the closing NUL
             return name;
         }
@@ -299,11 +324,13 @@ WinPrinter::WinPrinter(OwnerWindow owner) : owner_(std::move(owner)) {}
 
 int WinPrinter::InstalledCount() const {
     constexpr DWORD kFlags = PRINTER_ENUM_LOCAL | PRINTER_ENUM_CONNECTIONS;
+    const auto enum_printers = TheSpooler().enum_printers;
+    if (enum_printers == nullptr) return 0;
     std::vector<BYTE> buffer;
     for (;;) {
         DWORD needed = 0;
         DWORD count = 0;
-        if (EnumPrintersW(kFlags, nullptr, 4, buffer.data(), static_cast<DWORD>(buffer.size()),
+        if (enum_printers(kFlags, nullptr, 4, buffer.data(), static_cast<DWORD>(buffer.size()),
                           &needed, &count)) {
             return static_cast<int>(count);
         }
@@ -319,7 +346,9 @@ std::unique_ptr<IPrintJob> WinPrinter::Begin(std::wstring_view document) {
     SetLastError(0);
     OwnedDc dc(CreateDCW(L"WINSPOOL", name.c_str(), nullptr, nullptr));
     if (!dc) RaisePrinterError(GetLastError());
-    return std::make_unique<WinPrintJob>(std::move(dc), CurrentOwner(owner_), document);
+    auto job = std::make_unique<WinPrintJob>(std::move(dc), CurrentOwner(owner_));
+    if (!job->Start(document)) return nullptr;
+    return job;
 }
 
 }  // namespace demovex

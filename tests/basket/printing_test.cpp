@@ -495,6 +495,19 @@ TEST_F(PrintingTest, OutOfMemoryIsAFailureLikeAnyOther) {
     EXPECT_EQ(messages.shown[0].text, L"Der Warenkorb kann nicht gedruckt werden: Out of memory");
 }
 
+// A printer may ask for a file's name, say, and the user think better of it.
+TEST_F(PrintingTest, AUserWhoGivesUpInThePrintersDialogSeesNoMessage) {
+    printer.user_gives_up = true;
+    printing.mnuDateiDrucken_Click();
+    EXPECT_TRUE(messages.shown.empty());
+    EXPECT_EQ(printer.jobs, 0);
+    EXPECT_EQ(status.back(), L"Katalog Seite 7");
+    // and can print the next time
+    printer.user_gives_up = false;
+    printing.mnuDateiDrucken_Click();
+    EXPECT_EQ(printer.ended, 1);
+}
+
 TEST_F(PrintingTest, TheStatusBarShowsThePageAndIsRestored) {
     Fill(2 * kPerPage);
     printing.mnuDateiDrucken_Click();

@@ -20,6 +20,7 @@ struct WindowLog {
     int fail_show = 0;
     int fail_add = 0;
     int fail_load = 0;
+    bool has_info = false;  // the window shows or says something of its own about an order
     std::wstring caption = L"Vexmart Demo Warenkorb 1.1";
 };
 
@@ -46,6 +47,7 @@ class FakeClientWindow final : public IClientWindow {
              (HasInfo ? L"True" : L"False") + L"|" + std::to_wstring(Menge) + L"|" +
              (UseExternalInfoBox ? L"True" : L"False"));
         Fail(log_.fail_add);
+        if (log_.has_info) HasInfo = true;
     }
     void Load(const std::wstring& Path) override {
         Note(L"Load " + Path);

@@ -58,6 +58,16 @@ TEST_F(PlugInTest, EveryAcceptedLinkPlaysTheOrderSoundFromTheComponentsFolder) {
     EXPECT_EQ(sound.played, (std::vector<std::wstring>(3, L"C:\\Vexmart\\Order.wav")));
 }
 
+TEST_F(PlugInTest, AWindowThatSaysSomethingItselfNeedsNoSound) {
+    plug_in.Initialize();
+    log.has_info = true;
+    plug_in.OnSelectURL(prefix + L"4711", L"", L"");
+    EXPECT_TRUE(sound.played.empty());
+    log.has_info = false;
+    plug_in.OnSelectURL(prefix + L"4711", L"", L"");
+    EXPECT_EQ(sound.played.size(), 1u);
+}
+
 TEST_F(PlugInTest, AnyOtherLinkDoesNothingAndMakesNoSound) {
     plug_in.Initialize();
     log.calls.clear();

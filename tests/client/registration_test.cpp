@@ -21,7 +21,7 @@ class FakeClasses final : public IRegistryClasses {
         Make(key);
         keys[std::wstring(key)][std::wstring(name)] = value;
     }
-    std::wstring GetString(std::wstring_view key, std::wstring_view name) const override {
+    std::wstring GetString(std::wstring_view key, std::wstring_view name) const {
         const auto found = keys.find(std::wstring(key));
         if (found == keys.end()) return {};
         const auto value = found->second.find(std::wstring(name));
@@ -97,6 +97,42 @@ TEST(Registration, TheTypeLibraryIsFoundByItsVersion) {
     EXPECT_EQ(classes.GetString(std::wstring(kClassKey) + L"\\TypeLib", L""),
               L"{CEEF0284-8A5C-4758-8F46-73D09F214B95}");
     EXPECT_EQ(classes.GetString(std::wstring(kInterfaceKey) + L"\\TypeLib", L"Version"), L"1.1");
+}
+
+// The whole of what is written, as hosts and the system look for it.
+TEST(Registration, EveryValueIsTheOneThatIsLookedFor) {
+    FakeClasses classes;
+    RegisterClasses(classes, kDll);
+    std::map<std::wstring, FakeClasses::Values> values;
+    for (const auto& [key, of_key] : classes.keys) {
+        if (!of_key.empty()) values[key] = of_key;
+    }
+    const std::map<std::wstring, FakeClasses::Values> expected = {
+        {L"DemoVexClient.Client", {{L"", L"DemoVexClient.Client"}}},
+        {L"DemoVexClient.Client\\CLSID", {{L"", L"{CEEF0286-8A5C-4758-8F46-73D09F214B95}"}}},
+        {L"CLSID\\{CEEF0286-8A5C-4758-8F46-73D09F214B95}", {{L"", L"DemoVexClient.Client"}}},
+        {L"CLSID\\{CEEF0286-8A5C-4758-8F46-73D09F214B95}\\InprocServer32",
+         {{L"", L"C:\\Programme\\Vexmart\\DemoVexClient.dll"}, {L"ThreadingModel", L"Apartment"}}},
+        {L"CLSID\\{CEEF0286-8A5C-4758-8F46-73D09F214B95}\\ProgID",
+         {{L"", L"DemoVexClient.Client"}}},
+        {L"CLSID\\{CEEF0286-8A5C-4758-8F46-73D09F214B95}\\Programmable", {{L"", L""}}},
+        {L"CLSID\\{CEEF0286-8A5C-4758-8F46-73D09F214B95}\\TypeLib",
+         {{L"", L"{CEEF0284-8A5C-4758-8F46-73D09F214B95}"}}},
+        {L"CLSID\\{CEEF0286-8A5C-4758-8F46-73D09F214B95}\\VERSION", {{L"", L"1.1"}}},
+        {L"TypeLib\\{CEEF0284-8A5C-4758-8F46-73D09F214B95}\\1.1",
+         {{L"", L"Vexmart Demo Warenkorb 1.1"}}},
+        {L"TypeLib\\{CEEF0284-8A5C-4758-8F46-73D09F214B95}\\1.1\\0\\win32",
+         {{L"", L"C:\\Programme\\Vexmart\\DemoVexClient.dll"}}},
+        {L"TypeLib\\{CEEF0284-8A5C-4758-8F46-73D09F214B95}\\1.1\\FLAGS", {{L"", L"0"}}},
+        {L"TypeLib\\{CEEF0284-8A5C-4758-8F46-73D09F214B95}\\1.1\\HELPDIR",
+         {{L"", L"C:\\Programme\\Vexmart"}}},
+        {L"Interface\\{CEEF0285-8A5C-4758-8F46-73D09F214B95}", {{L"", L"_Client"}}},
+        {L"Interface\\{CEEF0285-8A5C-4758-8F46-73D09F214B95}\\ProxyStubClsid32",
+         {{L"", L"{00020424-0000-0000-C000-000000000046}"}}},
+        {L"Interface\\{CEEF0285-8A5C-4758-8F46-73D09F214B95}\\TypeLib",
+         {{L"", L"{CEEF0284-8A5C-4758-8F46-73D09F214B95}"}, {L"Version", L"1.1"}}},
+    };
+    EXPECT_EQ(values, expected);
 }
 
 TEST(Registration, UnregisteringLeavesTheRegistryAsItWas) {

@@ -233,6 +233,24 @@ TEST_F(AboutBoxTest, TabReachesTheLinksEnterAndSpaceOpenThemAndTheFocusShows) {
     EXPECT_EQ(shell.opened, expected);
 }
 
+// Another program may send what only the system should: no pointer of it is followed.
+TEST_F(AboutBoxTest, FakedMessagesAreNotBelieved) {
+    Use(kTwoLinks, [&](HWND dialog) {
+        const HWND link = GetDlgItem(dialog, AboutBox::kFirstLink + 1);
+        SendMessageW(dialog, WM_INITDIALOG, 0, 16);
+        EXPECT_EQ(TextOf(dialog), kAboutTitle);
+        for (const WPARAM key : {0, VK_RETURN, VK_TAB}) {
+            const LRESULT code = SendMessageW(link, WM_GETDLGCODE, key, 16);
+            EXPECT_EQ((code & DLGC_WANTMESSAGE) != 0, key == VK_RETURN) << key;
+        }
+        SendMessageW(link, WM_CLOSE, 0, 0);
+        EXPECT_TRUE(IsWindow(link));
+        SendMessageW(link, BM_CLICK, 0, 0);
+        EXPECT_TRUE(IsWindow(dialog));
+    });
+    EXPECT_EQ(shell.opened, std::vector<std::wstring>{L"http://www.vexmart.example/"});
+}
+
 TEST_F(AboutBoxTest, EscapeClosesTheBox) {
     Use(kTwoLinks, [&](HWND dialog) {
         ASSERT_TRUE(WaitUntil([&] { return FocusOf(dialog) == GetDlgItem(dialog, IDOK); }));

@@ -179,6 +179,91 @@ TEST_F(BadSurroundings, RegisteringForTheUserTouchesNothingOfTheMachine) {
     EXPECT_FALSE(HasKey(HKEY_CURRENT_USER, kProgIdKey));
 }
 
+// The system prefers the user's registration: an old one must not hide a new one of the machine.
+TEST_F(BadSurroundings, RegisteringForTheMachineRemovesTheUsersOwn) {
+    ASSERT_EQ(Install(true, L"user"), S_OK);
+    ASSERT_TRUE(HasKey(HKEY_CURRENT_USER, kProgIdKey));
+    EXPECT_EQ(CallEntry("DllRegisterServer"), S_OK);
+    EXPECT_TRUE(HasKey(HKEY_LOCAL_MACHINE, kProgIdKey));
+    EXPECT_FALSE(HasKey(HKEY_CURRENT_USER, kProgIdKey));
+    EXPECT_FALSE(HasKey(HKEY_CURRENT_USER,
+                        L"Software\\Classes\\CLSID\\{CEEF0286-8A5C-4758-8F46-73D09F214B95}"));
+    EXPECT_EQ(CallEntry("DllUnregisterServer"), S_OK);
+    EXPECT_FALSE(HasKey(HKEY_LOCAL_MACHINE, kProgIdKey));
+}
+
+TEST_F(BadSurroundings, AFailedSecondSetUpLeavesTheFormerHostInPlace) {
+    const auto client = NewClient();
+    ASSERT_EQ(client->Initialize(Parent()), S_OK);
+    ASSERT_TRUE(MoveFileW(Path(L"artikel.db").c_str(), Path(L"weg.db").c_str()));
+    FakeHost other;
+    EXPECT_EQ(client->Initialize(static_cast<IDispatch*>(&other)), kOwn);
+    EXPECT_EQ(other.references, 1u);
+    const ComPtr<_Client> automation = client.As<_Client>(IID__Client);
+    ComPtr<IVEXHost> parent;
+    EXPECT_EQ(automation->get_moParent(parent.Out()), S_OK);
+    EXPECT_EQ(parent.Get(), static_cast<IVEXHost*>(&host));
+    parent = {};
+    Close(BasketWindows().at(0), {IDNO});
+    EXPECT_EQ(host.calls, std::vector<std::wstring>{L"ClientClosing"});
+    EXPECT_TRUE(other.calls.empty());
+}
+
+TEST_F(BadSurroundings, AfterClosingTheCaptionAnswersAndOrdersAndFilesAreRefused) {
+    WriteBytes(Path(L"a.bsk"), "DemoVexClient.Client\r\n1000\t\t2\r\n");
+    const auto client = NewClient();
+    ASSERT_EQ(client->Initialize(Parent()), S_OK);
+    ASSERT_EQ(client->OpenFile(Bstr(Path(L"a.bsk")).Get()), S_OK);
+    // closed by the user, then another time destroyed by the host
+    for (const bool by_user : {true, false}) {
+        const HWND window = BasketWindows().at(0);
+        if (by_user) {
+            Close(window, {IDNO});
+        } else {
+            DestroyWindow(window);
+        }
+        ASSERT_TRUE(BasketWindows().empty());
+        Bstr caption;
+        EXPECT_EQ(client->get_Caption(caption.Out()), S_OK);
+        EXPECT_EQ(TextOf(caption.Get()), L"Vexmart Demo Warenkorb 1.1 - a.bsk");
+        EXPECT_EQ(Follow(client.Get(), L"1000"), static_cast<HRESULT>(0x800A005B));
+        EXPECT_TRUE(ErrorObject().present);
+        EXPECT_EQ(client->OpenFile(Bstr(Path(L"a.bsk")).Get()), static_cast<HRESULT>(0x800A005B));
+        EXPECT_TRUE(ErrorObject().present);
+        if (!by_user) break;
+        ASSERT_EQ(client->Initialize(Parent()), S_OK);
+        ASSERT_EQ(client->OpenFile(Bstr(Path(L"a.bsk")).Get()), S_OK);
+    }
+}
+
+// A host that fails without a word is not quoted with an older error's words.
+TEST_F(BadSurroundings, TheHostsErrorIsToldAndNoOlderOne) {
+    const auto client = NewClient();
+    ASSERT_EQ(client->Initialize(Parent()), S_OK);
+    ASSERT_EQ(Follow(client.Get(), L"1000"), S_OK);
+    const HWND window = BasketWindows().at(0);
+    const auto box_of = [&](const wchar_t* older, const wchar_t* own) {
+        const auto set_error = [](const wchar_t* text) {
+            ComPtr<ICreateErrorInfo> error;
+            CreateErrorInfo(error.Out());
+            error->SetDescription(const_cast<LPOLESTR>(text));
+            SetErrorInfo(0, error.As<IErrorInfo>(IID_IErrorInfo).Get());
+        };
+        set_error(older);
+        host.answer = static_cast<HRESULT>(0x800A0046);
+        host.on_navigating = [&] {
+            if (own != nullptr) set_error(own);
+        };
+        BoxAnswers boxes({IDOK});
+        SendMessageW(window, WM_COMMAND, kGotoCatalog, 0);
+        host.on_navigating = {};
+        host.answer = S_OK;
+        return boxes.texts.empty() ? std::wstring(L"(no box)") : boxes.texts[0];
+    };
+    EXPECT_EQ(box_of(L"von fr\u00FCher", L"vom Host"), L"vom Host");
+    EXPECT_EQ(box_of(L"von fr\u00FCher", nullptr), L"Permission denied");
+}
+
 TEST_F(BadSurroundings, AHostThatFailsWhenToldOfTheClosingDoesNotKeepTheWindow) {
     const auto client = NewClient();
     ASSERT_EQ(client->Initialize(Parent()), S_OK);

@@ -39,7 +39,7 @@ recent() {
 }
 # STEP...: a script of the host that must fail
 host_fails() {
-  not_ok "host $*" timeout -k 5 100 wine "$here/DemoVexHost.exe" /log "$win\\host.log" "$@"
+  not_ok "host $*" timeout -k 5 100 wine "$here/$host_exe" /log "$win\\host.log" "$@"
 }
 
 # ordered, saved under a name of the component's folder, emptied, opened again, appended to and saved

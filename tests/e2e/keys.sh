@@ -34,5 +34,5 @@ host /basket /follow 4711 /file-dialog tasten.bsk /keys "Ctrl+S" \
 same "Ctrl+S and Ctrl+O" "$(rows o.txt)" "$article;4712,Schlosserhammer 500 g Esche,1;"
 same "the file that Ctrl+S saved" "$(wc -l < "$here/tasten.bsk" | tr -d ' ')" 3
 
-not_ok "unknown keys" timeout -k 5 60 wine "$here/DemoVexHost.exe" /basket /keys "Strg+N" /quit
+not_ok "unknown keys" timeout -k 5 60 wine "$here/$host_exe" /basket /keys "Strg+N" /quit
 finish

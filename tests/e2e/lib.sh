@@ -3,7 +3,8 @@
 #
 #   begin NAME BIN        the folder is $here, as Windows programs see it $win
 #   host STEP...          runs the demonstration host; its log is $here/host.log; fails the test when
-#                         a step does not end as it should
+#                         a step does not end as it should. $host_exe is the program: DemoVexHost.exe,
+#                         or what DEMOVEX_HOST names (DemoVexHostPlain.exe has no manifest)
 #   same WHAT IS SHOULD   compares texts
 #   ok WHAT COMMAND...    a command that must succeed;  not_ok for one that must fail
 #   finish
@@ -11,11 +12,13 @@ set -u
 . "$(dirname "${BASH_SOURCE[0]}")/../../scripts/wine_env.sh"
 checks=0
 failures=0
+host_exe=${DEMOVEX_HOST:-DemoVexHost.exe}
 
 begin() {
   local name=$1 bin
   bin=$(cd "$2" && pwd) || exit 1
-  for file in DemoVexClient.dll DemoVexHost.exe; do
+  [ "$host_exe" = DemoVexHost.exe ] || name=${name}_${host_exe%.exe}
+  for file in DemoVexClient.dll "$host_exe"; do
     [ -e "$bin/$file" ] || { echo "missing: $bin/$file"; exit 1; }
   done
   mkdir -p "$wine_dir"
@@ -65,7 +68,7 @@ contains() {
 }
 
 host() {
-  if timeout -k 5 100 wine "$here/DemoVexHost.exe" /log "$win\\host.log" "$@" \
+  if timeout -k 5 100 wine "$here/$host_exe" /log "$win\\host.log" "$@" \
       > /dev/null 2>&1 8>&- < /dev/null; then pass; else
     fail "host $* (exit code $?)"; cat "$here/host.log"
   fi

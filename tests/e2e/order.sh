@@ -94,6 +94,17 @@ host /basket /command 308 /command 309 /close /quit
 same "the toolbar switched on" "$(setting Toolbarvisible)" True
 same "the status bar switched off" "$(setting Statusbarvisible)" False
 
+# what reaches the system's player: once for each order that was taken, nothing for any other link
+WINEDEBUG=trace+winmm timeout -k 5 100 wine "$here/$host_exe" /basket /follow 4711 /follow 4711 /follow 4712 \
+  /follow-link "http://www.vexmart.example/vex/katalog.html?artno=4711" /follow-null \
+  /expect 0x800A000D /follow 99999 /answer 7 /close /quit \
+  > "$here/player.log" 2>&1 8>&- < /dev/null
+same "the host that ordered three times" $? 0
+same "calls of the player" "$(grep -ac 'MULTIMEDIA_PlaySound pszSound=' "$here/player.log")" 3
+same "all in the background, from a file name" \
+  "$(grep -a 'MULTIMEDIA_PlaySound pszSound=' "$here/player.log" | grep -aoE 'fdwSound=[0-9A-F]+' | sort -u)" \
+  "fdwSound=00000001"
+
 # without its sound
 rm -f "$here/Order.wav"
 host /basket /follow 4711 /answer 7 /close /quit

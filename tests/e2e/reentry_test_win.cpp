@@ -9,9 +9,6 @@ namespace {
 
 class Reentry : public ComponentTest {
   protected:
-    // Shows the current row's place in the catalogue, as the user's command does.
-    static constexpr WPARAM kGotoCatalog = 301;
-
     Reentry() {
         client = NewClient();
         EXPECT_EQ(client->Initialize(Parent()), S_OK);
@@ -24,6 +21,7 @@ class Reentry : public ComponentTest {
         client = {};
     }
 
+    // Shows the current row's place in the catalogue, as the user's command does.
     void GotoCatalog() { SendMessageW(window, WM_COMMAND, kGotoCatalog, 0); }
     const std::vector<std::wstring> navigated{L"NavigateToCatalog vex://seite/1"};
 
@@ -180,6 +178,63 @@ TEST_F(Reentry, AnotherThreadsCallsArriveOnTheWindowsThread) {
     EXPECT_EQ(refused, DISP_E_EXCEPTION);
     EXPECT_EQ(description, L"Type mismatch");
     EXPECT_NE(BasketText(window).find(L"2000\tZange\t1\t"), std::wstring::npos);
+}
+
+// The dual interface carries the type of the host, whose own library need not be registered: a call
+// from another apartment ends in a result, whatever it is, and the host lives on.
+TEST_F(Reentry, TheDualInterfaceInAnotherApartmentNeedsNoTypeLibraryOfTheHosts) {
+    ASSERT_EQ(CallEntry("DllRegisterServer"), S_OK);
+    const auto automation = client.As<_Client>(IID__Client);
+    struct Results {
+        HRESULT unmarshalled = S_FALSE, asked = S_FALSE, caption = S_FALSE, parent = S_FALSE;
+    };
+    // `how` is the interface that is carried; the other one is asked for on the far side
+    const auto try_out = [&](REFIID how) {
+        Results results;
+        ComPtr<IStream> stream;
+        const HRESULT marshalled =
+            CoMarshalInterThreadInterfaceInStream(how, automation.Get(), stream.Out());
+        if (FAILED(marshalled)) {
+            results.unmarshalled = marshalled;
+            return results;
+        }
+        std::atomic<bool> done = false;
+        const DWORD main = GetCurrentThreadId();
+        std::thread other([&, from = stream.Detach()] {
+            CoInitializeEx(nullptr, COINIT_MULTITHREADED);
+            {
+                ComPtr<IUnknown> object;
+                results.unmarshalled = CoGetInterfaceAndReleaseStream(from, how, object.OutVoid());
+                ComPtr<_Client> dual;
+                if (object) {
+                    results.asked = object->QueryInterface(IID__Client, dual.OutVoid());
+                }
+                if (dual) {
+                    Bstr caption;
+                    results.caption = dual->get_Caption(caption.Out());
+                    ComPtr<IVEXHost> parent;
+                    results.parent = dual->get_moParent(parent.Out());
+                }
+            }
+            CoUninitialize();
+            done = true;
+            PostThreadMessageW(main, WM_NULL, 0, 0);
+        });
+        EXPECT_TRUE(PumpUntil([&] { return done.load(); }));
+        other.join();
+        return results;
+    };
+    for (const IID& how : {IID_IDispatch, IID__Client}) {
+        const Results results = try_out(how);
+        if (FAILED(results.unmarshalled) || FAILED(results.asked)) continue;
+        EXPECT_EQ(results.caption, S_OK);
+        EXPECT_NE(results.parent, S_OK);
+    }
+    // the system under the tests keeps the reference that it could not carry
+    while (host.references > 2) host.Release();
+    // the window's own thread works on as before
+    EXPECT_EQ(Follow(client.Get(), L"2000"), S_OK);
+    EXPECT_EQ(CallEntry("DllUnregisterServer"), S_OK);
 }
 
 }  // namespace

@@ -84,6 +84,35 @@ TEST_F(GridControl, AKeySentAfterTheWindowHasGoneReachesNobody) {
         << stray.message;
 }
 
+// Another program may send what only the system should.
+TEST_F(GridControl, BelievesNoFakedCreationOrDestruction) {
+    const HWND grid = w.Handle();
+    CREATESTRUCTW create{};
+    create.lpCreateParams = reinterpret_cast<void*>(16);
+    SetWindowTextW(grid, L"Warenkorb");
+    w.Send(WM_NCCREATE, 0, reinterpret_cast<LPARAM>(&create));
+    w.Send(WM_DESTROY);
+    w.Send(WM_NCDESTROY);
+    w.Send(WM_CLOSE);
+    // its hidden child neither
+    const HWND child = GetWindow(grid, GW_CHILD);
+    ASSERT_NE(child, nullptr);
+    EXPECT_FALSE(IsWindowVisible(child));
+    SendMessageW(child, WM_NCCREATE, 0, reinterpret_cast<LPARAM>(&create));
+    SendMessageW(child, WM_CLOSE, 0, 0);
+    EXPECT_TRUE(IsWindow(child));
+    EXPECT_EQ(w.Handle(), grid);
+    wchar_t name[64];
+    GetWindowTextW(grid, name, 64);
+    EXPECT_STREQ(name, L"Warenkorb");
+    const std::int32_t row = w.Grid().Row();
+    w.Send(WM_KEYDOWN, VK_DOWN);
+    EXPECT_EQ(w.Grid().Row(), row + 1);
+    // a real one is
+    DestroyWindow(w.Parent());
+    EXPECT_EQ(w.Handle(), nullptr);
+}
+
 TEST_F(GridControl, StandsWhereItWasPutAndMovesInTwips) {
     RECT r{};
     GetWindowRect(w.Handle(), &r);

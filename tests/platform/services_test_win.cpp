@@ -5,10 +5,13 @@
 
 #include <chrono>
 #include <thread>
+#include <utility>
+#include <vector>
 
 #include "platform/message_box_win.h"
 #include "platform/shell_win.h"
 #include "platform/sound_win.h"
+#include "platform/system_library_win.h"
 #include "tests/support/temp_folder.h"
 #include "tests/support/wait_until.h"
 
@@ -163,6 +166,49 @@ TEST(Sounds, ReturnAtOnceWithoutFileOrDevice) {
     sound.Play(std::wstring(50'000, L'x'));
     sound.Beep();
     EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(5));
+}
+
+// What reaches the system's player.
+std::vector<std::pair<std::wstring, UINT>> g_played;
+BOOL WINAPI RecordPlayed(LPCWSTR path, UINT flags) {
+    g_played.emplace_back(path, flags);
+    return TRUE;
+}
+
+TEST(Sounds, ReachThePlayerOnceEachWithTheirPathAndInTheBackground) {
+    g_played.clear();
+    WinSound sound(&RecordPlayed);
+    sound.Play(L"C:\\Programme\\Vexmart H\u00F6fer\\Order.wav");
+    sound.Play(L"C:\\Programme\\Vexmart H\u00F6fer\\Order.wav");
+    sound.Beep();
+    constexpr UINT kAsynchronous = 0x0001;
+    const std::vector<std::pair<std::wstring, UINT>> expected(
+        2, {L"C:\\Programme\\Vexmart H\u00F6fer\\Order.wav", kAsynchronous});
+    EXPECT_EQ(g_played, expected);
+}
+
+// A library beside the program is not taken for the system's.
+TEST(SystemLibraries, ComeFromTheSystemsFolderAlone) {
+    wchar_t program[MAX_PATH];
+    GetModuleFileNameW(nullptr, program, MAX_PATH);
+    const std::wstring beside =
+        std::wstring(program).substr(0, std::wstring_view(program).find_last_of(L'\\')) +
+        L"\\vexprobe.dll";
+    // a library that is none of the system's, under a name that only the program's folder has
+    ASSERT_TRUE(CopyFileW(program, beside.c_str(), FALSE));
+    EXPECT_EQ(FindSystemFunction(L"vexprobe.dll", "main"), nullptr);
+    EXPECT_EQ(GetModuleHandleW(L"vexprobe.dll"), nullptr);
+    EXPECT_TRUE(DeleteFileW(beside.c_str()));
+
+    EXPECT_NE(FindSystemFunction(L"winmm.dll", "sndPlaySoundW"), nullptr);
+    EXPECT_NE(FindSystemFunction(L"oleacc.dll", "LresultFromObject"), nullptr);
+    EXPECT_NE(FindSystemFunction(L"winspool.drv", "EnumPrintersW"), nullptr);
+    EXPECT_EQ(FindSystemFunction(L"winmm.dll", "noSuchFunction"), nullptr);
+    EXPECT_EQ(FindSystemFunction(std::wstring(300, L'x').c_str(), "f"), nullptr);
+    wchar_t system[MAX_PATH], from[MAX_PATH];
+    GetSystemDirectoryW(system, MAX_PATH);
+    GetModuleFileNameW(GetModuleHandleW(L"winmm.dll"), from, MAX_PATH);
+    EXPECT_EQ(lstrcmpiW(from, (std::wstring(system) + L"\\winmm.dll").c_str()), 0);
 }
 
 TEST(Shells, TellFailureByASmallCode) {

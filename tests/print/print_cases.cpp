@@ -101,7 +101,12 @@ class LoggingPrinter : public IPrinter {
     explicit LoggingPrinter(std::FILE* log) : log_(log) {}
     int InstalledCount() const override { return printer_.InstalledCount(); }
     std::unique_ptr<IPrintJob> Begin(std::wstring_view document) override {
-        auto job = std::make_unique<LoggingJob>(printer_.Begin(document), log_);
+        auto real = printer_.Begin(document);
+        if (!real) {
+            std::fprintf(log_, "given up\n");
+            return nullptr;
+        }
+        auto job = std::make_unique<LoggingJob>(std::move(real), log_);
         job->SetFont(10, false);
         std::fprintf(log_, "page\t%d\t%d\t%d\n", static_cast<int>(job->PageWidth()),
                      static_cast<int>(job->PageHeight()), static_cast<int>(job->TextHeight(L"Xy")));

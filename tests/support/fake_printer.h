@@ -51,6 +51,7 @@ struct FakePrinter : IPrinter {
     int fail_at = 0;
     Error failure{482, {}, L"Printer error"};
     bool installed_count_fails = false;
+    bool user_gives_up = false;  // in a dialog of the printer's
 
     std::wstring document;  // name of the last job
     std::vector<Page> pages;
@@ -67,6 +68,7 @@ struct FakePrinter : IPrinter {
     std::unique_ptr<IPrintJob> Begin(std::wstring_view name) override {
         Operation();
         document = std::wstring(name);
+        if (user_gives_up) return nullptr;
         ++jobs;
         pages.emplace_back();
         return std::make_unique<Job>(*this);
