@@ -94,7 +94,6 @@ TEST(WindowNeighbours, AFakedDestructionTakesNothing) {
 TEST(WindowNeighbours, APointerInAQuestionForKeysIsNotFollowed) {
     BasketWindowFixture basket;
     const std::wstring caption = CaptionOf(basket.Handle());
-    basket.Link(L"4711");
     for (HWND window : AllWindows(basket.Handle())) {
         SCOPED_TRACE(GetDlgCtrlID(window));
         for (const WPARAM key : {0, VK_RETURN, VK_TAB, VK_ESCAPE}) {
