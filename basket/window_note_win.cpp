@@ -61,7 +61,7 @@ WindowNote::~WindowNote() {
 }
 
 void WindowNote::Say(std::wstring_view text) {
-    if (window_ == nullptr || (text.empty() && note_.TimeLeft(0) == 0)) return;
+    if (!IsWindow(window_) || (text.empty() && note_.TimeLeft(0) == 0)) return;
     note_.Say(text, GetTickCount64());
     Show();
     if (!text.empty()) Announce();
@@ -169,10 +169,10 @@ LRESULT CALLBACK WindowNote::Procedure(HWND window, UINT message, WPARAM wparam,
                 return kStaticClass;
             }
             break;
-        case WM_NCDESTROY:
-            SetWindowLongPtrW(window, GWLP_USERDATA, 0);
-            note->window_ = nullptr;
-            break;
+        case WM_CLOSE:
+            return 0;  // a control is not closed alone
+        // (no WM_NCDESTROY, which another program could send: a handle without a window does no
+        // harm)
         default:
             break;
     }

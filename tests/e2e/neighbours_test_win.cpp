@@ -164,7 +164,7 @@ bool HasClass(HMODULE module, const wchar_t* name) {
 bool HasAnyClass(HMODULE module) {
     return HasClass(module, L"DemoVexClient.TestLibForm") ||
            HasClass(module, L"DemoVexClient.FlexGrid") ||
-           HasClass(module, L"DemoVexClient.PictureBox");
+           HasClass(module, L"DemoVexClient.PictureBox") || HasClass(module, L"DemoVexClient.Note");
 }
 
 TEST_F(Neighbours, LoadingAndUnloadingLosesNothing) {
