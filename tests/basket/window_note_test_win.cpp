@@ -205,7 +205,7 @@ TEST(WindowNote, TheUsersNextActionTakesItBack) {
     basket.Press(VK_DOWN);  // a key in the grid
     EXPECT_TRUE(gone());
     basket.Say(L"gesagt");
-    basket.ClickCell(1, column::kPreisEur);
+    basket.ClickCell(1, column::kPreisEuro);
     EXPECT_TRUE(gone());
     basket.ClickCell(1, column::kMenge);
     ASSERT_TRUE(basket.EditorOpen());

@@ -275,7 +275,7 @@ TEST_F(Neighbours, ExceptionsInOtherThreadsAreNoDangerToAComponentThatGoes) {
     std::atomic<bool> over{false};
     std::atomic<long> raised{0};
     std::vector<std::thread> threads;
-    for (int i = 0; i < 3; ++i) {
+    for (int i = 0; i < 2; ++i) {
         threads.emplace_back([&] {
             while (!over) {
                 RaiseException(kOfTheHost, 0, 0, nullptr);
@@ -283,7 +283,7 @@ TEST_F(Neighbours, ExceptionsInOtherThreadsAreNoDangerToAComponentThatGoes) {
             }
         });
     }
-    for (int i = 0; i < 60; ++i) {
+    for (int i = 0; i < 25; ++i) {
         Guest guest(copy);
         {
             const auto client = guest.NewClient();
