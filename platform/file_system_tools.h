@@ -10,6 +10,7 @@
 
 #include <chrono>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -29,9 +30,16 @@ std::wstring GetFileName(std::wstring_view path);
 // the first character.
 std::wstring GetFolderName(std::wstring_view path);
 
-// The whole file. Raises kOwnError from "LoadFile" ("File '<path>' not found") when it does not
-// exist; other errors of reading are raised as they come.
-std::wstring LoadFile(IFileSystem& files, const ITextService& text, std::wstring_view path);
+// `path` as it stands in a message or a menu: control characters as blanks, and one that is longer
+// than `limit` (at least 20) shortened in the middle.
+inline constexpr std::size_t kLongestShownPath = 100;
+std::wstring ShownPath(std::wstring_view path, std::size_t limit = kLongestShownPath);
+
+// The whole file. Raises kOwnError from "LoadFile" ("File '<path>' not found", with the path as it
+// is to be shown, `path` itself unless given otherwise) when it does not exist; other errors of
+// reading are raised as they come.
+std::wstring LoadFile(IFileSystem& files, const ITextService& text, std::wstring_view path,
+                      std::wstring_view shown = {});
 
 // Passing of time while a save waits for another program to let go of a file; tests have their own.
 class IRetryClock {
@@ -60,25 +68,30 @@ struct SaveOptions {
     IRetryClock* clock = nullptr;  // null is the system's
 };
 
-// Makes `content` the whole content of the file `path`, creating or replacing it.
+// Makes `content` the whole content of the file `path`, creating or replacing it. Where `path` is a
+// link, the file that it leads to is meant. Answers the stamp of the file as it was written,
+// nothing when another one has taken its place already.
 //
 // The content goes to a temporary file in the same folder, is flushed to the disk and then takes
 // the target's place in one step, so that at any moment, also when the process or the power ends,
-// the target is wholly the old or wholly the new file. The target's attributes survive. Operations
-// that fail because another program holds a file (70) are tried again for up to kSaveRetryTime in
-// all. Every other error (61 disk full, 75 read-only target or no rights, 76 missing folder, ...)
-// is raised as it comes, after the temporary file has been removed; the target is untouched.
+// the target is wholly the old or wholly the new file. What else makes the target the user's file
+// survives. The temporary file stays open until then, so that nobody can put another file in its
+// place. Operations that fail because another program holds a file (70, and 75 when the target is
+// to be replaced) are tried again for up to kSaveRetryTime in all. Every other error (61 disk full,
+// 75 read-only target, 76 missing folder, ...) is raised as it comes, after the temporary file has
+// been removed; the target is untouched.
 //
 // The temporary file's name is computed from the target's (TemporaryName). What a process that was
 // ended has left under that name is removed by the next save to the same target; nothing else ever
-// is.
-void SaveFile(IFileSystem& files, const ITextService& text, std::wstring_view path,
-              std::wstring_view content, const SaveOptions& options = {});
+// is. Where that name cannot be used, a random one of the same form is.
+std::optional<FileStamp> SaveFile(IFileSystem& files, const ITextService& text,
+                                  std::wstring_view path, std::wstring_view content,
+                                  const SaveOptions& options = {});
 
-// The temporary file of a save to `path`, in the same folder: "~", seven letters or digits computed
-// from the target's name regardless of letter case, and ".dvx" (".dvy" for a target that itself
-// ends in ".dvx", so that no file is ever its own temporary). Twelve characters: wherever a folder
-// can exist, such a name fits.
+// The usual temporary file of a save to `path`, in the same folder: "~", seven letters or digits
+// computed from the target's name regardless of letter case, and ".dvx" (".dvy" for a target that
+// itself ends in ".dvx", so that no file is ever its own temporary). Twelve characters: wherever a
+// folder can exist, such a name fits.
 std::wstring TemporaryName(const ITextService& text, std::wstring_view path);
 
 }  // namespace demovex

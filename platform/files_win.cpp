@@ -2,14 +2,12 @@
 
 #include <windows.h>
 
-#include <aclapi.h>
-
 #include <algorithm>
 #include <limits>
-#include <vector>
 
 #include "base/error.h"
-#include "platform/handle_win.h"
+#include "platform/open_file_win.h"
+#include "platform/output_file_win.h"
 #include "platform/path_win.h"
 #include "platform/shared_reader_win.h"
 #include "platform/system_error_win.h"
@@ -17,125 +15,40 @@
 namespace demovex {
 namespace {
 
-constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-// The largest piece handed to the system at once.
+// The largest piece asked of the system at once.
 constexpr std::size_t kPiece = 16u * 1024 * 1024;
-
-UniqueHandle Open(std::wstring_view path, DWORD access, DWORD share, DWORD disposition) {
-    UniqueHandle file = OwnFile(CreateFileW(SystemPath(path).c_str(), access, share, nullptr,
-                                            disposition, FILE_ATTRIBUTE_NORMAL, nullptr));
-    if (!file) RaiseFileError(GetLastError());
-    // "con", "com1" and pipes would wait for somebody
-    if (GetFileType(file.get()) != FILE_TYPE_DISK) {
-        RaiseRuntimeError(runtime_error::kPathFileAccessError);
-    }
-    return file;
-}
-
-class WinOutputFile : public IOutputFile {
-  public:
-    explicit WinOutputFile(UniqueHandle file) : file_(std::move(file)) {
-        const LARGE_INTEGER none{};
-        if (!SetFilePointerEx(file_.get(), none, &end_, FILE_END)) RaiseFileError(GetLastError());
-    }
-
-    void Write(std::string_view bytes) override {
-        const NoSystemDialogs quiet;
-        const LARGE_INTEGER begin = end_;
-        for (std::size_t at = 0; at < bytes.size();) {
-            const DWORD piece = static_cast<DWORD>(std::min(bytes.size() - at, kPiece));
-            DWORD written = 0;
-            const bool ok = WriteFile(file_.get(), bytes.data() + at, piece, &written, nullptr);
-            if (!ok || written == 0) {
-                const DWORD code = ok ? ERROR_DISK_FULL : GetLastError();
-                TakeBack(begin);
-                RaiseFileError(code);
-            }
-            at += written;
-            end_.QuadPart += written;
-        }
-    }
-
-    void Flush() override {
-        const NoSystemDialogs quiet;
-        if (FlushFileBuffers(file_.get())) return;
-        const DWORD code = GetLastError();
-        // file systems without such an operation have nothing to wait for
-        if (code == ERROR_INVALID_FUNCTION || code == ERROR_NOT_SUPPORTED) return;
-        RaiseFileError(code);
-    }
-
-    void Close() override {
-        // a network drive may tell only now that something was not written
-        if (HANDLE file = file_.release(); file != nullptr && !CloseHandle(file)) {
-            RaiseFileError(GetLastError());
-        }
-    }
-
-  private:
-    // After a failed write: a part of a line is worse than none.
-    void TakeBack(LARGE_INTEGER begin) {
-        if (SetFilePointerEx(file_.get(), begin, nullptr, FILE_BEGIN)) SetEndOfFile(file_.get());
-        end_ = begin;
-    }
-
-    UniqueHandle file_;
-    LARGE_INTEGER end_{};
-};
 
 struct FindCloser {
     using pointer = HANDLE;
     void operator()(HANDLE search) const noexcept { FindClose(search); }
 };
 
-struct LocalFreer {
-    void operator()(void* memory) const noexcept { LocalFree(memory); }
-};
-
-// Gives `to` what makes `from` the user's file beyond its content. What the system refuses to copy
-// is not worth failing a save for.
-void CopyIdentity(const std::wstring& from, DWORD attributes, const std::wstring& to) {
-    {
-        const UniqueHandle source = OwnFile(CreateFileW(
-            from.c_str(), FILE_READ_ATTRIBUTES, kShareAll, nullptr, OPEN_EXISTING, 0, nullptr));
-        const UniqueHandle target = OwnFile(CreateFileW(
-            to.c_str(), FILE_WRITE_ATTRIBUTES, kShareAll, nullptr, OPEN_EXISTING, 0, nullptr));
-        FILETIME created;
-        if (source && target && GetFileTime(source.get(), &created, nullptr, nullptr)) {
-            SetFileTime(target.get(), &created, nullptr, nullptr);
-        }
-    }
-    constexpr DWORD kCopied = FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM |
-                              FILE_ATTRIBUTE_ARCHIVE | FILE_ATTRIBUTE_NOT_CONTENT_INDEXED;
-    const DWORD wanted = attributes & kCopied;
-    SetFileAttributesW(to.c_str(), wanted != 0 ? wanted : FILE_ATTRIBUTE_NORMAL);
-    std::wstring from_name = from, to_name = to;
-    PACL rights = nullptr;
-    PSECURITY_DESCRIPTOR descriptor = nullptr;
-    if (GetNamedSecurityInfoW(from_name.data(), SE_FILE_OBJECT, DACL_SECURITY_INFORMATION, nullptr,
-                              nullptr, &rights, nullptr, &descriptor) == ERROR_SUCCESS) {
-        const std::unique_ptr<void, LocalFreer> owner(descriptor);
-        SECURITY_DESCRIPTOR_CONTROL control = 0;
-        DWORD revision = 0;
-        if (GetSecurityDescriptorControl(descriptor, &control, &revision)) {
-            // what the folder bequeaths comes by itself, unless the file was cut off from that
-            const SECURITY_INFORMATION inheritance = (control & SE_DACL_PROTECTED) != 0
-                                                         ? PROTECTED_DACL_SECURITY_INFORMATION
-                                                         : UNPROTECTED_DACL_SECURITY_INFORMATION;
-            SetNamedSecurityInfoW(to_name.data(), SE_FILE_OBJECT,
-                                  DACL_SECURITY_INFORMATION | inheritance, nullptr, nullptr, rights,
-                                  nullptr);
-        }
-    }
+[[noreturn]] void RaiseAccessError() {
+    RaiseRuntimeError(runtime_error::kPathFileAccessError);
 }
 
-// After a refused rename: whether somebody has the target open.
-bool IsInUse(const std::wstring& path) {
-    const UniqueHandle file = OwnFile(
-        CreateFileW(path.c_str(), GENERIC_READ | DELETE, 0, nullptr, OPEN_EXISTING, 0, nullptr));
-    if (file) return false;
-    const DWORD code = GetLastError();
-    return code == ERROR_SHARING_VIOLATION || code == ERROR_LOCK_VIOLATION;
+DWORD AttributesOf(HANDLE file) noexcept {
+    FILE_BASIC_INFO basics{};
+    return GetFileInformationByHandleEx(file, FileBasicInfo, &basics, sizeof basics)
+               ? basics.FileAttributes
+               : 0;
+}
+
+// The path under which a file in the folder of `path` is open when no link leads elsewhere.
+std::wstring FinalPathInItsFolder(const std::wstring& path) {
+    const std::size_t separator = path.find_last_of(L'\\');
+    if (separator == std::wstring::npos) return {};
+    const UniqueHandle folder = TryOpen(path.substr(0, separator + 1), FILE_READ_ATTRIBUTES,
+                                        kShareAll, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS);
+    std::wstring final_path = folder ? FinalPath(folder.get()) : std::wstring();
+    if (final_path.empty()) return {};
+    if (final_path.back() != L'\\') final_path += L'\\';
+    return final_path + path.substr(separator + 1);
+}
+
+bool SamePath(const std::wstring& a, const std::wstring& b) noexcept {
+    return CompareStringOrdinal(a.c_str(), static_cast<int>(a.size()), b.c_str(),
+                                static_cast<int>(b.size()), TRUE) == CSTR_EQUAL;
 }
 
 }  // namespace
@@ -157,9 +70,39 @@ bool WinFileSystem::Exists(std::wstring_view path) const noexcept {
     }
 }
 
+std::wstring WinFileSystem::Absolute(std::wstring_view path) const {
+    const std::wstring given(path);
+    if (given.empty() || given.find(L'\0') != std::wstring::npos) return given;
+    std::wstring full(MAX_PATH, L'\0');
+    for (;;) {
+        const DWORD length =
+            GetFullPathNameW(given.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr);
+        if (length == 0) return given;
+        if (length < full.size()) {
+            full.resize(length);
+            return full;
+        }
+        if (length <= full.size()) return given;
+        full.resize(length);
+    }
+}
+
+std::optional<FileStamp> WinFileSystem::Stamp(std::wstring_view path) const noexcept {
+    try {
+        const NoSystemDialogs quiet;
+        const UniqueHandle file =
+            TryOpen(SystemPath(path), FILE_READ_ATTRIBUTES, kShareAll, OPEN_EXISTING, 0);
+        if (!file) return std::nullopt;
+        RequireDiskFile(file.get());
+        return StampOf(file.get());
+    } catch (...) {  // nothing that could be told from anything else
+        return std::nullopt;
+    }
+}
+
 std::string WinFileSystem::ReadWhole(std::wstring_view path) {
     const NoSystemDialogs quiet;
-    const UniqueHandle file = Open(path, GENERIC_READ, kShareAll, OPEN_EXISTING);
+    const UniqueHandle file = OpenDiskFile(path, GENERIC_READ, kShareAll, OPEN_EXISTING);
     LARGE_INTEGER size;
     if (!GetFileSizeEx(file.get(), &size)) RaiseFileError(GetLastError());
     if (size.QuadPart > std::numeric_limits<std::int32_t>::max()) {
@@ -180,50 +123,90 @@ std::string WinFileSystem::ReadWhole(std::wstring_view path) {
     return bytes;
 }
 
-std::unique_ptr<IOutputFile> WinFileSystem::CreateNew(std::wstring_view path) {
+std::wstring WinFileSystem::ResolveTarget(std::wstring_view path) {
     const NoSystemDialogs quiet;
-    return std::make_unique<WinOutputFile>(Open(path, GENERIC_WRITE, FILE_SHARE_READ, CREATE_NEW));
+    const std::wstring full = Absolute(path), name = SystemPath(full);
+    const UniqueHandle file =
+        TryOpen(name, FILE_READ_ATTRIBUTES, kShareAll, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS);
+    const DWORD named = GetFileAttributesW(name.c_str());  // of a link itself
+    const bool may_be_link =
+        named != INVALID_FILE_ATTRIBUTES && (named & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
+    if (!file) {
+        if (may_be_link) RaiseAccessError();
+        return full;  // missing, or whoever writes there hears why it cannot be done
+    }
+    const DWORD attributes = AttributesOf(file.get());
+    RequireDiskFile(file.get());
+    if ((attributes & FILE_ATTRIBUTE_READONLY) != 0) RaiseAccessError();
+    std::wstring final_path = FinalPath(file.get());
+    if (!final_path.empty()) return final_path;
+    if (may_be_link) RaiseAccessError();
+    return full;
+}
+
+std::unique_ptr<IReplacementFile> WinFileSystem::CreateReplacement(std::wstring_view path,
+                                                                   std::wstring_view target) {
+    const NoSystemDialogs quiet;
+    return std::make_unique<WinReplacementFile>(path, target);
 }
 
 std::unique_ptr<IOutputFile> WinFileSystem::OpenAppend(std::wstring_view path) {
     const NoSystemDialogs quiet;
+    UniqueHandle file = OpenDiskFile(path, GENERIC_WRITE, FILE_SHARE_READ, OPEN_ALWAYS);
     // a superuser beneath Wine could write all the same
-    const DWORD attributes = GetFileAttributesW(SystemPath(path).c_str());
-    if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0) {
-        RaiseRuntimeError(runtime_error::kPathFileAccessError);
-    }
-    return std::make_unique<WinOutputFile>(Open(path, GENERIC_WRITE, FILE_SHARE_READ, OPEN_ALWAYS));
-}
-
-void WinFileSystem::Replace(std::wstring_view replacement, std::wstring_view target) {
-    const NoSystemDialogs quiet;
-    const std::wstring from = SystemPath(replacement), to = SystemPath(target);
-    const DWORD attributes = GetFileAttributesW(to.c_str());
-    if (attributes != INVALID_FILE_ATTRIBUTES) {
-        if ((attributes & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY)) != 0) {
-            RaiseRuntimeError(runtime_error::kPathFileAccessError);
-        }
-        CopyIdentity(to, attributes, from);
-    }
-    if (MoveFileExW(from.c_str(), to.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)) {
-        return;
-    }
-    const DWORD code = GetLastError();
-    // the system says "access denied" both for missing rights and for a target that is open
-    if (code == ERROR_ACCESS_DENIED && IsInUse(to)) {
-        RaiseRuntimeError(runtime_error::kPermissionDenied);
-    }
-    RaiseFileError(code);
+    if ((AttributesOf(file.get()) & FILE_ATTRIBUTE_READONLY) != 0) RaiseAccessError();
+    return std::make_unique<WinOutputFile>(std::move(file));
 }
 
 void WinFileSystem::Delete(std::wstring_view path) {
     const NoSystemDialogs quiet;
-    if (!DeleteFileW(SystemPath(path).c_str())) RaiseFileError(GetLastError());
+    const std::wstring name = SystemPath(path);
+    const UniqueHandle file = TryOpen(name, DELETE | FILE_READ_ATTRIBUTES, 0, OPEN_EXISTING,
+                                      FILE_FLAG_OPEN_REPARSE_POINT);
+    if (!file) RaiseFileError(GetLastError());
+    RequireDiskFile(file.get());
+    BY_HANDLE_FILE_INFORMATION information{};
+    constexpr DWORD kNotOrdinary = FILE_ATTRIBUTE_REPARSE_POINT | FILE_ATTRIBUTE_READONLY;
+    if (!GetFileInformationByHandle(file.get(), &information) ||
+        (information.dwFileAttributes & kNotOrdinary) != 0 || information.nNumberOfLinks > 1) {
+        RaiseAccessError();
+    }
+    // Not every link is one to the system: those of another system's disk are followed, and what is
+    // open then is the file at the other end.
+    const std::wstring expected = FinalPathInItsFolder(Absolute(name));
+    const std::wstring opened = FinalPath(file.get());
+    if (!expected.empty() && !opened.empty() && !SamePath(expected, opened)) RaiseAccessError();
+    FILE_DISPOSITION_INFO gone{TRUE};
+    if (!SetFileInformationByHandle(file.get(), FileDispositionInfo, &gone, sizeof gone)) {
+        RaiseFileError(GetLastError());
+    }
 }
 
 std::unique_ptr<IRandomReader> WinFileSystem::OpenShared(std::wstring_view path) {
     const NoSystemDialogs quiet;
-    return std::make_unique<WinSharedReader>(path, policy_);
+    return std::make_unique<WinSharedReader>(
+        OpenDiskFile(path, GENERIC_READ, kShareAll, OPEN_EXISTING, FILE_FLAG_RANDOM_ACCESS),
+        policy_);
+}
+
+std::unique_ptr<IRandomReader> WinFileSystem::OpenRenamed(std::wstring_view path,
+                                                          const FileStamp& stamp) {
+    const NoSystemDialogs quiet;
+    const std::wstring full = Absolute(path);
+    const UniqueHandle folder =
+        TryOpen(SystemPath(full.substr(0, full.find_last_of(L'\\') + 1)), FILE_READ_ATTRIBUTES,
+                kShareAll, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS);
+    if (!folder) return nullptr;
+    FILE_ID_DESCRIPTOR id{};
+    id.dwSize = sizeof id;
+    id.Type = FileIdType;
+    id.FileId.QuadPart = static_cast<LONGLONG>(stamp.file);
+    UniqueHandle file =
+        OwnFile(OpenFileById(folder.get(), &id, GENERIC_READ, kShareAll, nullptr, 0));
+    if (!file || GetFileType(file.get()) != FILE_TYPE_DISK) return nullptr;
+    const std::optional<FileStamp> found = StampOf(file.get());
+    if (!found || *found != stamp) return nullptr;
+    return std::make_unique<WinSharedReader>(std::move(file), policy_);
 }
 
 }  // namespace demovex

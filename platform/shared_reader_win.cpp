@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "base/error.h"
+#include "platform/open_file_win.h"
 #include "platform/path_win.h"
 #include "platform/system_error_win.h"
 
@@ -19,16 +20,7 @@ constexpr std::size_t kLongestMappedRead = 4096;
 // Whether the file lies on a fixed disk of this machine, whatever path led to it: only there other
 // programs' writes show in a mapped view at once, and nobody else can cut the file off.
 bool OnFixedDisk(HANDLE file) {
-    std::wstring path(512, L'\0');
-    DWORD length = GetFinalPathNameByHandleW(file, path.data(), static_cast<DWORD>(path.size()),
-                                             VOLUME_NAME_DOS);
-    if (length >= path.size()) {
-        path.resize(length + 1u);
-        length = GetFinalPathNameByHandleW(file, path.data(), static_cast<DWORD>(path.size()),
-                                           VOLUME_NAME_DOS);
-    }
-    if (length == 0 || length >= path.size()) return false;
-    path.resize(length);
+    const std::wstring path = FinalPath(file);
     // "\\?\C:\folder\file"; a network path begins with "\\?\UNC\"
     if (path.substr(0, 4) != L"\\\\?\\" || path.size() < 7 || path[5] != L':') return false;
     return GetDriveTypeW(path.substr(4, 3).c_str()) == DRIVE_FIXED;
@@ -43,18 +35,20 @@ std::uint64_t AddressSpaceShare() {
 
 }  // namespace
 
-WinSharedReader::WinSharedReader(std::wstring_view path, SharedReadPolicy policy)
-    : policy_(policy) {
-    file_ = OwnFile(CreateFileW(SystemPath(path).c_str(), GENERIC_READ,
-                                FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                                OPEN_EXISTING, FILE_FLAG_RANDOM_ACCESS, nullptr));
-    if (!file_) RaiseFileError(GetLastError());
+WinSharedReader::WinSharedReader(UniqueHandle file, SharedReadPolicy policy)
+    : file_(std::move(file)), policy_(policy) {
     LARGE_INTEGER size;
-    if (GetFileType(file_.get()) != FILE_TYPE_DISK) {
-        RaiseRuntimeError(runtime_error::kPathFileAccessError);
-    }
     if (!GetFileSizeEx(file_.get(), &size)) RaiseFileError(GetLastError());
     size_ = static_cast<std::uint64_t>(size.QuadPart);
+}
+
+WinSharedReader::WinSharedReader(std::wstring_view path, SharedReadPolicy policy)
+    : WinSharedReader(
+          OpenDiskFile(path, GENERIC_READ, kShareAll, OPEN_EXISTING, FILE_FLAG_RANDOM_ACCESS),
+          policy) {}
+
+std::optional<FileStamp> WinSharedReader::Stamp() const noexcept {
+    return StampOf(file_.get());
 }
 
 int WinSharedReader::mapped_views() const {
@@ -71,6 +65,10 @@ std::string_view WinSharedReader::Read(std::uint64_t offset, std::size_t length)
 // False when the bytes could not be had from the map beyond doubt.
 bool WinSharedReader::CopyFromMap(std::uint64_t offset, std::size_t length) {
     if (!policy_.map || length > kLongestMappedRead) return false;
+    if (policy_.reads_before_mapping > 0) {
+        --policy_.reads_before_mapping;
+        return false;
+    }
     const View* view = ViewFor(offset, length);
     if (view == nullptr) return false;
     if (view->map->Copy(static_cast<std::size_t>(offset - view->begin), length, buffer_.data())) {

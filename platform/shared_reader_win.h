@@ -1,7 +1,8 @@
 // Reading records of a file at any place while other programs read and write it.
 //
-// On a fixed disk the file is mapped: whole where it takes no more than its share of the address
-// space, else by windows of 4 MB, the 16 last used of which stay mapped. On other drives, and where
+// On a fixed disk the file is mapped once it is read a lot: whole where it takes no more than its
+// share of the address space, else by windows of 4 MB, the 16 last used of which stay mapped. On
+// other drives, and where
 // the system refuses to map, every read is a seek and a read. Nothing of the file is kept: what
 // another program writes in place is seen by the next read.
 //
@@ -21,6 +22,8 @@ namespace demovex {
 
 class WinSharedReader : public IRandomReader {
   public:
+    // Reads an open file on a disk. Raises the error of asking its length.
+    WinSharedReader(UniqueHandle file, SharedReadPolicy policy);
     // Opens `path`. Raises the error of opening, 75 for what is no disk file.
     WinSharedReader(std::wstring_view path, SharedReadPolicy policy);
 
@@ -28,6 +31,7 @@ class WinSharedReader : public IRandomReader {
     // Raises 57, or 70 while another program has locked the bytes. A mapped read costs
     // about what copying the bytes costs.
     std::string_view Read(std::uint64_t offset, std::size_t length) override;
+    std::optional<FileStamp> Stamp() const noexcept override;
 
     // For tests: number of views mapped now, and of reads that did not come from one.
     int mapped_views() const;

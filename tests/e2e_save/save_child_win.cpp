@@ -9,20 +9,20 @@
 // however it makes them.
 #include <windows.h>
 
-#include <aclapi.h>
 #include <shellapi.h>
 
 #include <cstdlib>
-#include <cstring>
 #include <string>
-#include <utility>
 
 #include "base/error.h"
 #include "platform/file_system_tools.h"
 #include "platform/files_win.h"
 #include "platform/text_win.h"
+#include "tests/support/import_table_win.h"
 
 namespace {
+
+using demovex::PatchImport;
 
 int calls_until_end = 0;
 bool armed = false;
@@ -34,32 +34,6 @@ bool armed = false;
 
 bool EndsHere() {
     return armed && --calls_until_end == 0;
-}
-
-// Puts `replacement` into the import table in `name`'s place and answers what was there, 0 when the
-// program does not import it.
-ULONG_PTR Patch(const char* name, ULONG_PTR replacement) {
-    auto* const base = reinterpret_cast<std::byte*>(GetModuleHandleW(nullptr));
-    const auto* const dos = reinterpret_cast<const IMAGE_DOS_HEADER*>(base);
-    const auto* const nt = reinterpret_cast<const IMAGE_NT_HEADERS*>(base + dos->e_lfanew);
-    const auto& directory = nt->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT];
-    ULONG_PTR found = 0;
-    for (auto* import = reinterpret_cast<IMAGE_IMPORT_DESCRIPTOR*>(base + directory.VirtualAddress);
-         import->Name != 0; ++import) {
-        auto* names = reinterpret_cast<IMAGE_THUNK_DATA*>(base + import->OriginalFirstThunk);
-        auto* entries = reinterpret_cast<IMAGE_THUNK_DATA*>(base + import->FirstThunk);
-        for (; names->u1.AddressOfData != 0; ++names, ++entries) {
-            if (IMAGE_SNAP_BY_ORDINAL(names->u1.Ordinal)) continue;
-            const auto* by_name =
-                reinterpret_cast<const IMAGE_IMPORT_BY_NAME*>(base + names->u1.AddressOfData);
-            if (std::strcmp(reinterpret_cast<const char*>(by_name->Name), name) != 0) continue;
-            DWORD before = 0;
-            VirtualProtect(entries, sizeof *entries, PAGE_READWRITE, &before);
-            found = std::exchange(entries->u1.Function, replacement);
-            VirtualProtect(entries, sizeof *entries, before, &before);
-        }
-    }
-    return found;
 }
 
 // One caught call; Slot tells functions with the same parameters apart.
@@ -75,7 +49,7 @@ struct Caught {
 template <int Slot, typename R, typename... A>
 void Catch(const char* name, R(WINAPI* real)(A...)) {
     Caught<Slot, R, A...>::real = real;
-    Patch(name, reinterpret_cast<ULONG_PTR>(&Caught<Slot, R, A...>::Call));
+    PatchImport(name, reinterpret_cast<ULONG_PTR>(&Caught<Slot, R, A...>::Call));
 }
 
 decltype(&WriteFile) real_write = nullptr;
@@ -89,37 +63,34 @@ BOOL WINAPI TornWrite(HANDLE file, LPCVOID bytes, DWORD length, LPDWORD written,
     return real_write(file, bytes, length, written, overlapped);
 }
 
-decltype(&MoveFileExW) real_move = nullptr;
+decltype(&SetFileInformationByHandle) real_set = nullptr;
 
-// Also ends after the call, when the new file is in its place and nobody knows yet.
-BOOL WINAPI MoveAndTell(LPCWSTR from, LPCWSTR to, DWORD flags) {
+// Also ends after a rename, when the new file is in its place and nobody knows yet.
+BOOL WINAPI SetAndTell(HANDLE file, FILE_INFO_BY_HANDLE_CLASS what, LPVOID value, DWORD length) {
     if (EndsHere()) EndNow();
-    const BOOL moved = real_move(from, to, flags);
-    if (EndsHere()) EndNow();
-    return moved;
+    const BOOL done = real_set(file, what, value, length);
+    if (what == FileRenameInfo && EndsHere()) EndNow();
+    return done;
 }
 
 void CatchAll() {
     real_write = &WriteFile;  // before the patch: the address is read from the table
-    Patch("WriteFile", reinterpret_cast<ULONG_PTR>(&TornWrite));
-    real_move = &MoveFileExW;
-    Patch("MoveFileExW", reinterpret_cast<ULONG_PTR>(&MoveAndTell));
+    PatchImport("WriteFile", reinterpret_cast<ULONG_PTR>(&TornWrite));
+    real_set = &SetFileInformationByHandle;
+    PatchImport("SetFileInformationByHandle", reinterpret_cast<ULONG_PTR>(&SetAndTell));
     Catch<0>("CreateFileW", &CreateFileW);
     Catch<1>("CloseHandle", &CloseHandle);
     Catch<2>("FlushFileBuffers", &FlushFileBuffers);
-    Catch<3>("DeleteFileW", &DeleteFileW);
+    Catch<3>("GetFinalPathNameByHandleW", &GetFinalPathNameByHandleW);
     Catch<4>("GetFileAttributesW", &GetFileAttributesW);
-    Catch<5>("SetFileAttributesW", &SetFileAttributesW);
-    Catch<6>("GetFileTime", &GetFileTime);
-    Catch<7>("SetFileTime", &SetFileTime);
+    Catch<5>("GetFileInformationByHandle", &GetFileInformationByHandle);
+    Catch<6>("GetFileInformationByHandleEx", &GetFileInformationByHandleEx);
+    Catch<7>("GetFullPathNameW", &GetFullPathNameW);
     Catch<8>("SetFilePointerEx", &SetFilePointerEx);
     Catch<9>("SetEndOfFile", &SetEndOfFile);
     Catch<10>("GetFileType", &GetFileType);
-    Catch<11>("FindFirstFileW", &FindFirstFileW);
-    Catch<12>("FindClose", &FindClose);
-    Catch<13>("GetNamedSecurityInfoW", &GetNamedSecurityInfoW);
-    Catch<14>("SetNamedSecurityInfoW", &SetNamedSecurityInfoW);
-    Catch<15>("ReplaceFileW", &ReplaceFileW);
+    Catch<11>("GetKernelObjectSecurity", &GetKernelObjectSecurity);
+    Catch<12>("SetKernelObjectSecurity", &SetKernelObjectSecurity);
 }
 
 }  // namespace

@@ -21,6 +21,20 @@ struct WinFiles : testing::Test {
     TempFolder folder;
     WinFileSystem files;
 
+    // Writes `bytes` to a new file "b" and puts it in the place of `target`.
+    std::optional<FileStamp> Replace(const std::wstring& target, std::string_view bytes = "new") {
+        const std::wstring resolved = files.ResolveTarget(target);
+        const auto file = files.CreateReplacement(folder / L"b", resolved);
+        try {
+            file->Write(bytes);
+            file->Flush();
+            return file->TakePlaceOf(resolved);
+        } catch (...) {
+            file->Discard();
+            throw;
+        }
+    }
+
     UniqueHandle Hold(std::wstring_view name, DWORD access, DWORD share) {
         UniqueHandle handle = OwnFile(CreateFileW((folder / name).c_str(), access, share, nullptr,
                                                   OPEN_EXISTING, 0, nullptr));
@@ -85,7 +99,7 @@ TEST_F(WinFiles, RaiseTheErrorThatTheSystemMeans) {
     EXPECT_EQ(RaisedBy([&] { files.ReadWhole(none); }), 53);
     EXPECT_EQ(RaisedBy([&] { files.Delete(none); }), 53);
     EXPECT_EQ(RaisedBy([&] { files.OpenShared(none); }), 53);
-    EXPECT_EQ(RaisedBy([&] { files.Replace(none, folder / L"x"); }), 53);
+    EXPECT_EQ(RaisedBy([&] { Replace(deep); }), 76);
     EXPECT_EQ(RaisedBy([&] { files.ReadWhole(deep); }), 76);
     EXPECT_EQ(RaisedBy([&] { files.CreateNew(deep); }), 76);
     EXPECT_EQ(RaisedBy([&] { files.OpenAppend(deep); }), 76);
@@ -108,33 +122,29 @@ TEST_F(WinFiles, RefuseDevices) {
 
 TEST_F(WinFiles, SayWhenAnotherProgramHoldsTheFile) {
     const std::wstring path = folder.Put(L"a", "old");
-    folder.Put(L"b", "new");
     const auto holder = Hold(L"a", GENERIC_READ | GENERIC_WRITE, 0);
     EXPECT_EQ(RaisedBy([&] { files.ReadWhole(path); }), 70);
     EXPECT_EQ(RaisedBy([&] { files.OpenAppend(path); }), 70);
     EXPECT_EQ(RaisedBy([&] { files.OpenShared(path); }), 70);
     EXPECT_EQ(RaisedBy([&] { files.Delete(path); }), 70);
-    EXPECT_EQ(RaisedBy([&] { files.Replace(folder / L"b", path); }), 70);
+    EXPECT_EQ(RaisedBy([&] { Replace(path); }), 70);
     EXPECT_TRUE(files.Exists(path));
-    EXPECT_TRUE(files.Exists(folder / L"b"));
+    EXPECT_EQ(folder.Count(), 1);
 }
 
 TEST_F(WinFiles, SayWhenAReaderKeepsTheTargetFromBeingReplaced) {
     const std::wstring path = folder.Put(L"a", "old");
-    folder.Put(L"b", "new");
     {
         const auto reader = Hold(L"a", GENERIC_READ, FILE_SHARE_READ);
-        EXPECT_EQ(RaisedBy([&] { files.Replace(folder / L"b", path); }), 70);
+        EXPECT_EQ(RaisedBy([&] { Replace(path); }), 70);
         EXPECT_EQ(files.ReadWhole(path), "old");
-        EXPECT_EQ(files.ReadWhole(folder / L"b"), "new");
     }
-    files.Replace(folder / L"b", path);
+    Replace(path);
     EXPECT_EQ(files.ReadWhole(path), "new");
 }
 
 TEST_F(WinFiles, ReplaceKeepsAttributesAndCreationTimeOfTheTarget) {
     const std::wstring path = folder.Put(L"a", "old");
-    folder.Put(L"b", "new");
     FILETIME made{0x12345600, 0x01C00000}, found{};
     {
         const auto handle = Hold(L"a", GENERIC_WRITE, 0);
@@ -144,7 +154,7 @@ TEST_F(WinFiles, ReplaceKeepsAttributesAndCreationTimeOfTheTarget) {
     ASSERT_TRUE(SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_ARCHIVE));
     // not every file system below can store every attribute
     const DWORD attributes = GetFileAttributesW(path.c_str());
-    files.Replace(folder / L"b", path);
+    Replace(path);
     EXPECT_EQ(files.ReadWhole(path), "new");
     EXPECT_EQ(GetFileAttributesW(path.c_str()), attributes);
     EXPECT_NE(attributes & FILE_ATTRIBUTE_HIDDEN, 0u);
@@ -155,25 +165,22 @@ TEST_F(WinFiles, ReplaceKeepsAttributesAndCreationTimeOfTheTarget) {
 }
 
 TEST_F(WinFiles, ReplaceCreatesAMissingTarget) {
-    folder.Put(L"b", "new");
-    files.Replace(folder / L"b", folder / L"a");
+    Replace(folder / L"a");
     EXPECT_EQ(folder.Get(L"a"), "new");
     EXPECT_EQ(folder.Count(), 1);
 }
 
 TEST_F(WinFiles, ReplaceRefusesReadOnlyTargetsAndFolders) {
     const std::wstring path = folder.Put(L"a", "old");
-    folder.Put(L"b", "new");
     ASSERT_TRUE(SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_READONLY));
-    EXPECT_EQ(RaisedBy([&] { files.Replace(folder / L"b", path); }), 75);
+    EXPECT_EQ(RaisedBy([&] { Replace(path); }), 75);
     EXPECT_EQ(RaisedBy([&] { files.Delete(path); }), 75);
     EXPECT_EQ(RaisedBy([&] { files.OpenAppend(path); }), 75);
     EXPECT_EQ(folder.Get(L"a"), "old");
-    EXPECT_EQ(folder.Get(L"b"), "new");
     ASSERT_TRUE(SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL));
     ASSERT_TRUE(CreateDirectoryW((folder / L"sub").c_str(), nullptr));
-    EXPECT_EQ(RaisedBy([&] { files.Replace(folder / L"b", folder / L"sub"); }), 75);
-    EXPECT_EQ(folder.Get(L"b"), "new");
+    EXPECT_EQ(RaisedBy([&] { Replace(folder / L"sub"); }), 75);
+    EXPECT_EQ(folder.Count(), 2);
 }
 
 TEST_F(WinFiles, LetOthersReadAFileThatIsBeingWritten) {
@@ -220,8 +227,10 @@ TEST_F(WinFiles, TakeLongPaths) {
     EXPECT_TRUE(files.Exists(file));
     EXPECT_TRUE(files.Exists(path + L"\\*.bsk"));
     EXPECT_EQ(files.ReadWhole(file), "long");
-    files.CreateNew(path + L"\\new")->Write("newer");
-    files.Replace(path + L"\\new", file);
+    const std::wstring resolved = files.ResolveTarget(file);
+    const auto newer = files.CreateReplacement(path + L"\\new", resolved);
+    newer->Write("newer");
+    newer->TakePlaceOf(resolved);
     EXPECT_EQ(files.OpenShared(file)->Read(0, 5), "newer");
     files.Delete(file);
     EXPECT_FALSE(files.Exists(file));

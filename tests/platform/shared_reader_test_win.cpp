@@ -25,6 +25,9 @@ std::string Pattern(std::uint64_t offset, std::size_t length) {
     return bytes;
 }
 
+// Mapped with the first read.
+constexpr SharedReadPolicy kAtOnce{.reads_before_mapping = 0};
+
 struct SharedReader : testing::Test {
     TempFolder folder;
 
@@ -54,7 +57,7 @@ struct SharedReader : testing::Test {
 };
 
 TEST_F(SharedReader, ReadsAnyPlaceFromTheMap) {
-    WinSharedReader reader(PutPattern(1'000'000), {});
+    WinSharedReader reader(PutPattern(1'000'000), kAtOnce);
     EXPECT_EQ(reader.Size(), 1'000'000u);
     EXPECT_EQ(reader.mapped_views(), 0);  // opening touches nothing
     std::mt19937 random(1);
@@ -71,9 +74,28 @@ TEST_F(SharedReader, ReadsAnyPlaceFromTheMap) {
     EXPECT_EQ(reader.Read(5, 500'000), Pattern(5, 500'000));
 }
 
+TEST_F(SharedReader, MapsOnlyWhatIsReadALot) {
+    const std::wstring path = PutPattern(100'000);
+    WinSharedReader reader(path, {});
+    for (int i = 0; i < 60; ++i) reader.Read(static_cast<std::uint64_t>(i) * 54, 54);
+    EXPECT_EQ(reader.mapped_views(), 0);
+    {  // a few look-ups keep nobody from writing a new file into this one
+        const UniqueHandle file =
+            OwnFile(CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                                nullptr, OPEN_EXISTING, 0, nullptr));
+        SetFilePointer(file.get(), 90'000, nullptr, FILE_BEGIN);
+        EXPECT_TRUE(SetEndOfFile(file.get())) << GetLastError();
+        SetFilePointer(file.get(), 100'000, nullptr, FILE_BEGIN);
+        EXPECT_TRUE(SetEndOfFile(file.get()));
+    }
+    for (int i = 0; i < 60; ++i) reader.Read(static_cast<std::uint64_t>(i) * 54, 54);
+    EXPECT_EQ(reader.mapped_views(), 1);
+    EXPECT_EQ(reader.direct_reads(), 64);
+}
+
 TEST_F(SharedReader, ReadsLargeFilesByWindows) {
     const std::size_t size = 90'000'000;
-    WinSharedReader reader(PutPattern(size), {.map = true, .whole_limit = 1});
+    WinSharedReader reader(PutPattern(size), {.reads_before_mapping = 0, .whole_limit = 1});
     std::mt19937 random(1);
     for (int i = 0; i < 3'000; ++i) {
         const std::uint64_t offset = random() % (size - 54);
@@ -104,7 +126,7 @@ TEST_F(SharedReader, GivesZeroBytesAsTheyAre) {
     bytes[100] = '\0';
     bytes[101] = '\0';
     bytes[253] = '\0';
-    WinSharedReader reader(folder.Put(L"data", bytes), {});
+    WinSharedReader reader(folder.Put(L"data", bytes), kAtOnce);
     EXPECT_EQ(reader.Read(90, 54), bytes.substr(90, 54));
     EXPECT_EQ(reader.Read(200, 54), bytes.substr(200, 54));
     EXPECT_EQ(reader.Read(200, 53), bytes.substr(200, 53));
@@ -114,13 +136,13 @@ TEST_F(SharedReader, GivesZeroBytesAsTheyAre) {
 
 TEST_F(SharedReader, RaisesDeviceErrorBehindTheEnd) {
     for (bool map : {true, false}) {
-        WinSharedReader reader(PutPattern(100), {.map = map});
+        WinSharedReader reader(PutPattern(100), {.map = map, .reads_before_mapping = 0});
         EXPECT_EQ(RaisedBy([&] { reader.Read(47, 54); }), 57);
         EXPECT_EQ(RaisedBy([&] { reader.Read(100, 1); }), 57);
         EXPECT_EQ(RaisedBy([&] { reader.Read(~std::uint64_t{0}, 54); }), 57);
         EXPECT_EQ(reader.Read(46, 54), Pattern(46, 54));
     }
-    WinSharedReader empty(folder.Put(L"empty", ""), {});
+    WinSharedReader empty(folder.Put(L"empty", ""), kAtOnce);
     EXPECT_EQ(empty.Size(), 0u);
     EXPECT_EQ(empty.Read(0, 0), "");
     EXPECT_EQ(RaisedBy([&] { empty.Read(0, 1); }), 57);
@@ -128,7 +150,7 @@ TEST_F(SharedReader, RaisesDeviceErrorBehindTheEnd) {
 
 TEST_F(SharedReader, SeesWhatOthersWriteInPlace) {
     for (bool map : {true, false}) {
-        WinSharedReader reader(PutPattern(10'000), {.map = map});
+        WinSharedReader reader(PutPattern(10'000), {.map = map, .reads_before_mapping = 0});
         EXPECT_EQ(reader.Read(5'000, 10), Pattern(5'000, 10));
         WriteAt(5'000, "9999999999");
         EXPECT_EQ(reader.Read(5'000, 10), "9999999999");
@@ -152,7 +174,7 @@ TEST_F(SharedReader, RaisesDeviceErrorWhenAnotherProgramCutsTheFile) {
 }
 
 TEST_F(SharedReader, KeepsOtherProgramsFromCuttingAMappedFile) {
-    WinSharedReader reader(PutPattern(10'000), {});
+    WinSharedReader reader(PutPattern(10'000), kAtOnce);
     EXPECT_EQ(reader.Read(9'000, 54), Pattern(9'000, 54));
     const UniqueHandle file = OwnFile(CreateFileW((folder / L"data").c_str(), GENERIC_WRITE,
                                                   FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
@@ -164,7 +186,7 @@ TEST_F(SharedReader, KeepsOtherProgramsFromCuttingAMappedFile) {
 
 TEST_F(SharedReader, RaisesDeviceErrorInsteadOfAFaultWhenMappedPagesVanish) {
     if (!HasUnixCommands()) GTEST_SKIP() << "only another system can cut off a mapped file";
-    WinSharedReader reader(PutPattern(1'000'000), {});
+    WinSharedReader reader(PutPattern(1'000'000), kAtOnce);
     EXPECT_EQ(reader.Read(900'000, 54), Pattern(900'000, 54));
     CutFromOutside(500'010);
     // whole pages that are gone
@@ -186,7 +208,7 @@ TEST_F(SharedReader, RaisesDeviceErrorInsteadOfAFaultWhenMappedPagesVanish) {
 
 TEST_F(SharedReader, RaisesDeviceErrorWhenWindowsCanNoLongerBeMapped) {
     if (!HasUnixCommands()) GTEST_SKIP() << "only another system can cut off a mapped file";
-    WinSharedReader reader(PutPattern(20'000'000), {.map = true, .whole_limit = 1});
+    WinSharedReader reader(PutPattern(20'000'000), {.reads_before_mapping = 0, .whole_limit = 1});
     EXPECT_EQ(reader.Read(0, 54), Pattern(0, 54));
     CutFromOutside(1'000'000);
     EXPECT_EQ(RaisedBy([&] { reader.Read(19'000'000, 54); }), 57);
@@ -210,7 +232,7 @@ LONG CALLBACK MendFault(EXCEPTION_POINTERS* exception) {
 }
 
 TEST_F(SharedReader, LeavesTheFaultsOfOthersToThem) {
-    WinSharedReader reader(PutPattern(10'000), {});
+    WinSharedReader reader(PutPattern(10'000), kAtOnce);
     EXPECT_EQ(reader.Read(0, 54), Pattern(0, 54));
     ASSERT_TRUE(MappedView::IsGuarding());
     faults_seen = 0;
@@ -226,11 +248,11 @@ TEST_F(SharedReader, LeavesTheFaultsOfOthersToThem) {
 TEST_F(SharedReader, GuardsOnlyWhileSomethingIsMapped) {
     EXPECT_FALSE(MappedView::IsGuarding());
     {
-        WinSharedReader first(PutPattern(10'000), {});
+        WinSharedReader first(PutPattern(10'000), kAtOnce);
         EXPECT_FALSE(MappedView::IsGuarding());
         first.Read(0, 10);
         {
-            WinSharedReader second(folder / L"data", {});
+            WinSharedReader second(folder / L"data", kAtOnce);
             second.Read(0, 10);
         }
         EXPECT_TRUE(MappedView::IsGuarding());
@@ -243,9 +265,9 @@ TEST_F(SharedReader, GuardsOnlyWhileSomethingIsMapped) {
 TEST_F(SharedReader, OneReadersLossLeavesTheOthersWhole) {
     if (!HasUnixCommands()) GTEST_SKIP() << "only another system can cut off a mapped file";
     const std::wstring path = PutPattern(100'000);
-    WinSharedReader other(folder.Put(L"other", Pattern(0, 100'000)), {});
+    WinSharedReader other(folder.Put(L"other", Pattern(0, 100'000)), kAtOnce);
     EXPECT_EQ(other.Read(90'000, 54), Pattern(90'000, 54));
-    WinSharedReader reader(path, {}), twin(path, {});
+    WinSharedReader reader(path, {}), twin(path, kAtOnce);
     EXPECT_EQ(reader.Read(90'000, 54), Pattern(90'000, 54));
     EXPECT_EQ(twin.Read(90'000, 54), Pattern(90'000, 54));
     CutFromOutside(50'000);
@@ -286,7 +308,7 @@ TEST_F(SharedReader, ALostViewsRangeThatAnotherThreadTookStaysItsOwn) {
 }
 
 TEST_F(SharedReader, SharesTheFileWithWritersAndDeleters) {
-    WinSharedReader reader(PutPattern(100), {});
+    WinSharedReader reader(PutPattern(100), kAtOnce);
     EXPECT_EQ(reader.Read(0, 10), Pattern(0, 10));
     const UniqueHandle writer = OwnFile(
         CreateFileW((folder / L"data").c_str(), GENERIC_READ | GENERIC_WRITE,
@@ -331,7 +353,7 @@ TEST_F(SharedReader, ReadsPlacesBeyondFourGigabytes) {
         ASSERT_TRUE(WriteFile(file.get(), "0123456789", 10, &bytes, nullptr));
     }
     for (bool map : {true, false}) {
-        WinSharedReader reader(path, {.map = map});
+        WinSharedReader reader(path, {.map = map, .reads_before_mapping = 0});
         EXPECT_EQ(reader.Size(), far_place + 10);
         EXPECT_EQ(reader.Read(far_place + 2, 8), "23456789");
         EXPECT_EQ(reader.Read(10, 3), std::string(3, '\0'));

@@ -48,19 +48,28 @@ TEST_F(StdFiles, WriteAppendReadAndDelete) {
 
 TEST_F(StdFiles, ReplaceInOneStepAndRefuseReadOnlyTargets) {
     folder.Put(L"old", "old");
-    folder.Put(L"new", "new");
+    const auto replace = [&](const wchar_t* target) {
+        auto file = files.CreateReplacement(folder / L"new", folder / target);
+        file->Write("new");
+        const auto stamp = file->TakePlaceOf(folder / target);
+        EXPECT_EQ(stamp, files.Stamp(folder / target));
+        EXPECT_TRUE(stamp.has_value());
+    };
     folder.SetReadOnly(L"old", true);
-    EXPECT_EQ(RaisedBy([&] { files.Replace(folder / L"new", folder / L"old"); }), 75);
+    EXPECT_EQ(RaisedBy([&] { files.ResolveTarget(folder / L"old"); }), 75);
+    EXPECT_EQ(RaisedBy([&] { replace(L"old"); }), 75);
     EXPECT_EQ(RaisedBy([&] { files.Delete(folder / L"old"); }), 75);
     EXPECT_EQ(RaisedBy([&] { files.OpenAppend(folder / L"old"); }), 75);
     EXPECT_EQ(folder.Get(L"old"), "old");
-    EXPECT_EQ(folder.Get(L"new"), "new");
+    files.Delete(folder / L"new");
     folder.SetReadOnly(L"old", false);
-    files.Replace(folder / L"new", folder / L"old");
+    replace(L"old");
     EXPECT_EQ(folder.Get(L"old"), "new");
     EXPECT_EQ(folder.Count(), 1);
-    files.Replace(folder / L"old", folder / L"elsewhere");
+    replace(L"elsewhere");
     EXPECT_EQ(folder.Get(L"elsewhere"), "new");
+    files.CreateNew(folder / L"unwanted")->Discard();
+    EXPECT_EQ(folder.Count(), 2);
 }
 
 TEST_F(StdFiles, ReadAnywhereAndRaiseBehindTheEnd) {

@@ -1,7 +1,7 @@
 // A file system that wraps another one and makes chosen operations fail, or "kills the program"
 // there. Every operation that may raise counts one, in the order in which it is called: ReadWhole,
-// CreateNew, OpenAppend, Replace, Delete, OpenShared; Write, Flush and Close of a written file;
-// Read of a shared one. (Exists cannot raise and does not count.)
+// ResolveTarget, CreateReplacement, OpenAppend, Delete, OpenShared; Write, Flush, Close and
+// TakePlaceOf of a written file; Read of a shared one. (What cannot raise does not count.)
 //
 //   FaultyFileSystem files(std_files);
 //   Save(files);                          // a dry run tells how many points there are
@@ -32,9 +32,10 @@ struct Killed {
 
 enum class FileOperation {
     kReadWhole,
-    kCreateNew,
+    kResolveTarget,
+    kCreateReplacement,
     kOpenAppend,
-    kReplace,
+    kTakePlaceOf,
     kDelete,
     kOpenShared,
     kWrite,
@@ -65,21 +66,26 @@ class FaultyFileSystem : public IFileSystem {
 
     bool Exists(std::wstring_view path) const noexcept override { return inner_.Exists(path); }
 
+    std::wstring Absolute(std::wstring_view path) const override { return inner_.Absolute(path); }
+    std::optional<FileStamp> Stamp(std::wstring_view path) const noexcept override {
+        return inner_.Stamp(path);
+    }
     std::string ReadWhole(std::wstring_view path) override {
         Step(FileOperation::kReadWhole);
         return inner_.ReadWhole(path);
     }
-    std::unique_ptr<IOutputFile> CreateNew(std::wstring_view path) override {
-        Step(FileOperation::kCreateNew);
-        return std::make_unique<OutputFile>(*this, inner_.CreateNew(path));
+    std::wstring ResolveTarget(std::wstring_view path) override {
+        Step(FileOperation::kResolveTarget);
+        return inner_.ResolveTarget(path);
+    }
+    std::unique_ptr<IReplacementFile> CreateReplacement(std::wstring_view path,
+                                                        std::wstring_view target) override {
+        Step(FileOperation::kCreateReplacement);
+        return std::make_unique<ReplacementFile>(*this, inner_.CreateReplacement(path, target));
     }
     std::unique_ptr<IOutputFile> OpenAppend(std::wstring_view path) override {
         Step(FileOperation::kOpenAppend);
         return std::make_unique<OutputFile>(*this, inner_.OpenAppend(path));
-    }
-    void Replace(std::wstring_view replacement, std::wstring_view target) override {
-        Step(FileOperation::kReplace);
-        inner_.Replace(replacement, target);
     }
     void Delete(std::wstring_view path) override {
         Step(FileOperation::kDelete);
@@ -91,21 +97,23 @@ class FaultyFileSystem : public IFileSystem {
     }
 
   private:
+    void WriteTo(IOutputFile& file, std::string_view bytes) {
+        try {
+            Step(FileOperation::kWrite);
+        } catch (...) {
+            // a program that ends while it writes leaves a part behind
+            if (torn_) file.Write(bytes.substr(0, bytes.size() / 2));
+            torn_ = false;
+            throw;
+        }
+        file.Write(bytes);
+    }
+
     class OutputFile : public IOutputFile {
       public:
         OutputFile(FaultyFileSystem& owner, std::unique_ptr<IOutputFile> file)
             : owner_(owner), file_(std::move(file)) {}
-        void Write(std::string_view bytes) override {
-            try {
-                owner_.Step(FileOperation::kWrite);
-            } catch (...) {
-                // a program that ends while it writes leaves a part behind
-                if (owner_.torn_) file_->Write(bytes.substr(0, bytes.size() / 2));
-                owner_.torn_ = false;
-                throw;
-            }
-            file_->Write(bytes);
-        }
+        void Write(std::string_view bytes) override { owner_.WriteTo(*file_, bytes); }
         void Flush() override {
             owner_.Step(FileOperation::kFlush);
             file_->Flush();
@@ -120,6 +128,32 @@ class FaultyFileSystem : public IFileSystem {
         std::unique_ptr<IOutputFile> file_;
     };
 
+    class ReplacementFile : public IReplacementFile {
+      public:
+        ReplacementFile(FaultyFileSystem& owner, std::unique_ptr<IReplacementFile> file)
+            : owner_(owner), file_(std::move(file)) {}
+        void Write(std::string_view bytes) override { owner_.WriteTo(*file_, bytes); }
+        void Flush() override {
+            owner_.Step(FileOperation::kFlush);
+            file_->Flush();
+        }
+        void Close() override {
+            owner_.Step(FileOperation::kClose);
+            file_->Close();
+        }
+        std::optional<FileStamp> TakePlaceOf(std::wstring_view target) override {
+            owner_.Step(FileOperation::kTakePlaceOf);
+            return file_->TakePlaceOf(target);
+        }
+        void Discard() noexcept override {
+            if (!owner_.killed_) file_->Discard();
+        }
+
+      private:
+        FaultyFileSystem& owner_;
+        std::unique_ptr<IReplacementFile> file_;
+    };
+
     class Reader : public IRandomReader {
       public:
         Reader(FaultyFileSystem& owner, std::unique_ptr<IRandomReader> reader)
@@ -129,6 +163,7 @@ class FaultyFileSystem : public IFileSystem {
             owner_.Step(FileOperation::kRead);
             return reader_->Read(offset, length);
         }
+        std::optional<FileStamp> Stamp() const noexcept override { return reader_->Stamp(); }
 
       private:
         FaultyFileSystem& owner_;

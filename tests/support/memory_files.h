@@ -7,6 +7,7 @@
 //   files.FailAt(3, 61);          // the third operation from now on fails once with "disk full"
 #pragma once
 
+#include <algorithm>
 #include <functional>
 #include <map>
 #include <memory>
@@ -27,11 +28,38 @@ class MemoryFiles final : public IFileSystem {
         bool read_only = false;
         bool hidden = false;
         int open = 0;
+        std::uint64_t id = 0;
+        std::uint64_t written = 0;  // a number that grows with every write
     };
 
     // --- what tests set up and look at
     void AddFolder(std::wstring path) { folders_.insert(std::move(path)); }
-    void Put(const std::wstring& path, std::string bytes) { files_[path].bytes = std::move(bytes); }
+    // Writes into the file of that name, a new one if need be.
+    void Put(const std::wstring& path, std::string bytes) {
+        File& file = Named(path);
+        file.bytes = std::move(bytes);
+        file.written = ++clock_;
+    }
+    // The path of the file that was written to last.
+    std::wstring Newest() const {
+        return std::ranges::max_element(files_, {}, [](const auto& f) { return f.second.written; })
+            ->first;
+    }
+    void Rename(const std::wstring& from, const std::wstring& to) {
+        files_[to] = files_.at(from);
+        files_.erase(from);
+    }
+    // Called before every read of a shared file.
+    std::function<void()> before_read;
+    void Remove(const std::wstring& path) { files_.erase(path); }
+    // `path` leads to `target` from now on.
+    void Link(std::wstring path, std::wstring target) {
+        links_[std::move(path)] = std::move(target);
+    }
+    // What relative paths are relative to.
+    std::wstring current_folder = L"C:\\B";
+    // Called before every operation with its name, as if another program did something then.
+    std::function<void(std::string_view operation)> before;
     File& At(const std::wstring& path) { return files_.at(path); }
     bool Has(const std::wstring& path) const { return files_.contains(path); }
     std::size_t FileCount() const { return files_.size(); }
@@ -59,6 +87,29 @@ class MemoryFiles final : public IFileSystem {
         return files_.contains(std::wstring(path)) || folders_.contains(std::wstring(path));
     }
 
+    std::wstring Absolute(std::wstring_view path) const override {
+        if (path.empty() || path.find(L':') != std::wstring_view::npos) return std::wstring(path);
+        return current_folder + L"\\" + std::wstring(path);
+    }
+
+    std::optional<FileStamp> Stamp(std::wstring_view path) const noexcept override {
+        const auto file = files_.find(std::wstring(path));
+        if (file == files_.end()) return std::nullopt;
+        return StampOf(file->second);
+    }
+
+    std::wstring ResolveTarget(std::wstring_view path) override {
+        Step("ResolveTarget", path);
+        const std::wstring full = Absolute(path);
+        const auto link = links_.find(full);
+        const std::wstring target = link == links_.end() ? full : link->second;
+        const auto file = files_.find(target);
+        if (folders_.contains(target) || (file != files_.end() && file->second.read_only)) {
+            RaiseRuntimeError(75);
+        }
+        return target;
+    }
+
     std::string ReadWhole(std::wstring_view path) override {
         Step("ReadWhole", path);
         const auto file = files_.find(std::wstring(path));
@@ -66,8 +117,9 @@ class MemoryFiles final : public IFileSystem {
         return file->second.bytes;
     }
 
-    std::unique_ptr<IOutputFile> CreateNew(std::wstring_view path) override {
-        Step("CreateNew", path);
+    std::unique_ptr<IReplacementFile> CreateReplacement(std::wstring_view path,
+                                                        std::wstring_view) override {
+        Step("CreateReplacement", path);
         NeedFolder(path);
         if (Exists(path)) RaiseRuntimeError(75);
         return std::make_unique<Output>(*this, std::wstring(path));
@@ -79,23 +131,6 @@ class MemoryFiles final : public IFileSystem {
         const auto file = files_.find(std::wstring(path));
         if (file != files_.end() && file->second.read_only) RaiseRuntimeError(75);
         return std::make_unique<Output>(*this, std::wstring(path));
-    }
-
-    void Replace(std::wstring_view replacement, std::wstring_view target) override {
-        Step("Replace", target);
-        NeedFolder(target);
-        const auto from = files_.find(std::wstring(replacement));
-        if (from == files_.end()) RaiseRuntimeError(53);
-        if (folders_.contains(std::wstring(target))) RaiseRuntimeError(75);
-        const auto to = files_.find(std::wstring(target));
-        if (to != files_.end() && to->second.read_only) RaiseRuntimeError(75);
-        if (from->second.open != 0 || (to != files_.end() && to->second.open != 0)) {
-            RaiseRuntimeError(70);
-        }
-        File moved = from->second;
-        if (to != files_.end()) moved.hidden = to->second.hidden;
-        files_.erase(from);
-        files_[std::wstring(target)] = moved;
     }
 
     void Delete(std::wstring_view path) override {
@@ -113,31 +148,61 @@ class MemoryFiles final : public IFileSystem {
         return std::make_unique<Reader>(*this, std::wstring(path));
     }
 
+    std::unique_ptr<IRandomReader> OpenRenamed(std::wstring_view, const FileStamp& stamp) override {
+        for (const auto& [path, file] : files_) {
+            if (StampOf(file) == stamp) return std::make_unique<Reader>(*this, path);
+        }
+        return nullptr;
+    }
+
   private:
-    class Output final : public IOutputFile {
+    class Output final : public IReplacementFile {
       public:
         Output(MemoryFiles& files, std::wstring path) : files_(files), path_(std::move(path)) {
-            ++files_.files_[path_].open;
+            ++files_.Named(path_).open;
         }
         ~Output() override { Release(); }
         void Write(std::string_view bytes) override {
             try {
                 files_.Step("Write", path_);
             } catch (...) {
-                files_.files_[path_].bytes += bytes.substr(0, bytes.size() / 2);
+                Add(bytes.substr(0, bytes.size() / 2));
                 throw;
             }
-            files_.files_[path_].bytes += bytes;
+            Add(bytes);
         }
         void Flush() override { files_.Step("Flush", path_); }
         void Close() override {
             files_.Step("Close", path_);
             Release();
         }
+        std::optional<FileStamp> TakePlaceOf(std::wstring_view target) override {
+            files_.Step("TakePlaceOf", target);
+            files_.NeedFolder(target);
+            const std::wstring name(target);
+            if (files_.folders_.contains(name)) RaiseRuntimeError(75);
+            const auto to = files_.files_.find(name);
+            if (to != files_.files_.end() && to->second.read_only) RaiseRuntimeError(75);
+            if (to != files_.files_.end() && to->second.open != 0) RaiseRuntimeError(70);
+            Release();
+            File moved = files_.files_.at(path_);
+            if (to != files_.files_.end()) moved.hidden = to->second.hidden;
+            files_.files_.erase(path_);
+            files_.files_[name] = moved;
+            return files_.StampOf(moved);
+        }
+        void Discard() noexcept override {
+            Release();
+            files_.files_.erase(path_);
+        }
 
       private:
+        void Add(std::string_view bytes) {
+            files_.Named(path_).bytes += bytes;
+            files_.Named(path_).written = ++files_.clock_;
+        }
         void Release() {
-            if (open_) --files_.files_[path_].open;
+            if (open_) --files_.Named(path_).open;
             open_ = false;
         }
         MemoryFiles& files_;
@@ -154,10 +219,12 @@ class MemoryFiles final : public IFileSystem {
         ~Reader() override { --files_.files_[path_].open; }
         std::uint64_t Size() const override { return size_; }
         std::string_view Read(std::uint64_t offset, std::size_t length) override {
+            if (files_.before_read) files_.before_read();
             const std::string_view bytes = files_.files_[path_].bytes;
             if (offset > bytes.size() || bytes.size() - offset < length) RaiseRuntimeError(57);
             return bytes.substr(static_cast<std::size_t>(offset), length);
         }
+        std::optional<FileStamp> Stamp() const noexcept override { return files_.Stamp(path_); }
 
       private:
         MemoryFiles& files_;
@@ -165,8 +232,18 @@ class MemoryFiles final : public IFileSystem {
         std::uint64_t size_;
     };
 
+    File& Named(const std::wstring& path) {
+        File& file = files_[path];
+        if (file.id == 0) file.id = ++clock_;
+        return file;
+    }
+    static FileStamp StampOf(const File& file) noexcept {
+        return {.length = file.bytes.size(), .written = file.written, .volume = 1, .file = file.id};
+    }
+
     void Step(std::string operation, std::wstring_view path) {
         operations_.push_back(std::move(operation));
+        if (before) before(operations_.back());
         if (held_ && path == held_path_ && held_()) RaiseRuntimeError(70);
         if (countdown_ == 0) return;
         if (countdown_ > 1) {
@@ -185,6 +262,8 @@ class MemoryFiles final : public IFileSystem {
 
     std::map<std::wstring, File> files_;
     std::set<std::wstring> folders_;
+    std::map<std::wstring, std::wstring> links_;
+    std::uint64_t clock_ = 0;
     std::vector<std::string> operations_;
     std::size_t countdown_ = 0;
     std::int32_t fail_number_ = 0;

@@ -37,7 +37,13 @@ class OneFile final : public IFileSystem {
     int open_files = 0;  // readers alive
     std::wstring opened_path;
 
+    std::uint64_t written = 1;  // another value: the file was written to
+
     bool Exists(std::wstring_view) const noexcept override { return exists; }
+    std::wstring Absolute(std::wstring_view path) const override { return std::wstring(path); }
+    std::optional<FileStamp> Stamp(std::wstring_view) const noexcept override {
+        return FileStamp{.length = size, .written = written, .volume = 1, .file = 1};
+    }
     std::unique_ptr<IRandomReader> OpenShared(std::wstring_view path) override {
         if (open_error != 0) RaiseRuntimeError(open_error);
         opened_path = path;
@@ -45,9 +51,12 @@ class OneFile final : public IFileSystem {
     }
 
     std::string ReadWhole(std::wstring_view) override { Refuse(); }
-    std::unique_ptr<IOutputFile> CreateNew(std::wstring_view) override { Refuse(); }
+    std::wstring ResolveTarget(std::wstring_view) override { Refuse(); }
+    std::unique_ptr<IReplacementFile> CreateReplacement(std::wstring_view,
+                                                        std::wstring_view) override {
+        Refuse();
+    }
     std::unique_ptr<IOutputFile> OpenAppend(std::wstring_view) override { Refuse(); }
-    void Replace(std::wstring_view, std::wstring_view) override { Refuse(); }
     void Delete(std::wstring_view) override { Refuse(); }
 
   private:
@@ -68,6 +77,7 @@ class OneFile final : public IFileSystem {
             buffer_ = std::make_unique<std::string>(file_.maker_(offset, length));
             return *buffer_;
         }
+        std::optional<FileStamp> Stamp() const noexcept override { return file_.Stamp({}); }
 
       private:
         OneFile& file_;

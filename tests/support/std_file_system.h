@@ -3,6 +3,10 @@
 // the owner, honoured also for a superuser). Also works as a Windows program.
 #pragma once
 
+#ifndef _WIN32
+#include <sys/stat.h>
+#endif
+
 #include <cerrno>
 #include <cstdio>
 #include <filesystem>
@@ -56,7 +60,32 @@ class StdFileSystem : public IFileSystem {
         return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
     }
 
-    std::unique_ptr<IOutputFile> CreateNew(std::wstring_view path) override {
+    std::wstring Absolute(std::wstring_view path) const override {
+        std::error_code error;
+        const Path full = std::filesystem::absolute(ToNativePath(path), error);
+        return error || path.empty() ? std::wstring(path) : FromNativePath(full);
+    }
+
+    std::optional<FileStamp> Stamp(std::wstring_view path) const noexcept override {
+        try {
+            return StampOf(ToNativePath(path));
+        } catch (...) {
+            return std::nullopt;
+        }
+    }
+
+    std::wstring ResolveTarget(std::wstring_view path) override {
+        const Path p = ToNativePath(path);
+        if (IsReadOnly(p) || std::filesystem::is_directory(p)) {
+            RaiseRuntimeError(runtime_error::kPathFileAccessError);
+        }
+        std::error_code error;
+        const Path target = std::filesystem::canonical(p, error);
+        return error ? Absolute(path) : FromNativePath(target);
+    }
+
+    std::unique_ptr<IReplacementFile> CreateReplacement(std::wstring_view path,
+                                                        std::wstring_view) override {
         const Path p = ToNativePath(path);
         RequireFolderOf(p);
         if (std::filesystem::exists(p)) RaiseRuntimeError(runtime_error::kPathFileAccessError);
@@ -70,25 +99,13 @@ class StdFileSystem : public IFileSystem {
         return std::make_unique<OutputFile>(p, "ab");
     }
 
-    void Replace(std::wstring_view replacement, std::wstring_view target) override {
-        const Path from = ToNativePath(replacement), to = ToNativePath(target);
-        RequireFile(from);
-        RequireFolderOf(to);
-        if (IsReadOnly(to) || std::filesystem::is_directory(to)) {
-            RaiseRuntimeError(runtime_error::kPathFileAccessError);
-        }
-        std::error_code error;
-        if (std::filesystem::exists(to)) {
-            std::filesystem::permissions(from, std::filesystem::status(to).permissions(), error);
-        }
-        std::filesystem::rename(from, to, error);
-        if (error) RaiseFrom(error.value());
-    }
-
     void Delete(std::wstring_view path) override {
         const Path p = ToNativePath(path);
         RequireFile(p);
-        if (IsReadOnly(p)) RaiseRuntimeError(runtime_error::kPathFileAccessError);
+        if (IsReadOnly(p) || std::filesystem::is_symlink(p) ||
+            std::filesystem::hard_link_count(p) > 1) {
+            RaiseRuntimeError(runtime_error::kPathFileAccessError);
+        }
         std::error_code error;
         std::filesystem::remove(p, error);
         if (error) RaiseFrom(error.value());
@@ -137,9 +154,23 @@ class StdFileSystem : public IFileSystem {
                Matches(pattern.substr(1), name.substr(1));
     }
 
-    class OutputFile : public IOutputFile {
+    static std::optional<FileStamp> StampOf(const Path& path) {
+        if (!std::filesystem::is_regular_file(path)) return std::nullopt;
+        FileStamp stamp{.length = std::filesystem::file_size(path)};
+        stamp.written = static_cast<std::uint64_t>(
+            std::filesystem::last_write_time(path).time_since_epoch().count());
+#ifndef _WIN32
+        struct stat status = {};
+        if (stat(path.c_str(), &status) != 0) return std::nullopt;
+        stamp.volume = status.st_dev;
+        stamp.file = status.st_ino;
+#endif
+        return stamp;
+    }
+
+    class OutputFile : public IReplacementFile {
       public:
-        OutputFile(const Path& path, const char* mode) : file_(Open(path, mode)) {
+        OutputFile(const Path& path, const char* mode) : path_(path), file_(Open(path, mode)) {
             if (!file_) RaiseFrom(errno);
         }
         ~OutputFile() override {
@@ -159,6 +190,28 @@ class StdFileSystem : public IFileSystem {
             file_ = nullptr;
             if (file && std::fclose(file) != 0) RaiseFrom(errno);
         }
+        std::optional<FileStamp> TakePlaceOf(std::wstring_view target) override {
+            const Path to = ToNativePath(target);
+            RequireFolderOf(to);
+            if (IsReadOnly(to) || std::filesystem::is_directory(to)) {
+                RaiseRuntimeError(runtime_error::kPathFileAccessError);
+            }
+            Close();
+            std::error_code error;
+            if (std::filesystem::exists(to)) {
+                std::filesystem::permissions(path_, std::filesystem::status(to).permissions(),
+                                             error);
+            }
+            std::filesystem::rename(path_, to, error);
+            if (error) RaiseFrom(error.value());
+            return StampOf(to);
+        }
+        void Discard() noexcept override {
+            if (file_) std::fclose(file_);
+            file_ = nullptr;
+            std::error_code ignored;
+            std::filesystem::remove(path_, ignored);
+        }
 
       private:
         static std::FILE* Open(const Path& path, const char* mode) {
@@ -168,16 +221,24 @@ class StdFileSystem : public IFileSystem {
             return std::fopen(path.c_str(), mode);
 #endif
         }
+        Path path_;
         std::FILE* file_;
     };
 
     class Reader : public IRandomReader {
       public:
         explicit Reader(const Path& path)
-            : in_(path, std::ios::binary), size_(std::filesystem::file_size(path)) {
+            : path_(path), in_(path, std::ios::binary), size_(std::filesystem::file_size(path)) {
             if (!in_) RaiseRuntimeError(runtime_error::kPathFileAccessError);
         }
         std::uint64_t Size() const override { return size_; }
+        std::optional<FileStamp> Stamp() const noexcept override {
+            try {
+                return StampOf(path_);
+            } catch (...) {
+                return std::nullopt;
+            }
+        }
         std::string_view Read(std::uint64_t offset, std::size_t length) override {
             buffer_.resize(length);
             in_.clear();
@@ -190,6 +251,7 @@ class StdFileSystem : public IFileSystem {
         }
 
       private:
+        Path path_;
         std::ifstream in_;
         std::uint64_t size_;
         std::string buffer_;

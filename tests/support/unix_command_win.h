@@ -6,6 +6,8 @@
 
 #include <string>
 
+#include "tests/support/wait_until.h"
+
 namespace demovex {
 
 inline bool HasUnixCommands() {
@@ -36,6 +38,17 @@ inline bool StartUnix(const std::string& command) {
     CloseHandle(process.hProcess);
     CloseHandle(process.hThread);
     return true;
+}
+
+// Runs a shell command there in the folder `folder` and waits until it is through; false when it is
+// not in time. It may use the file "done" of that folder for nothing else.
+inline bool RunUnix(const std::wstring& folder, const std::string& command) {
+    const std::wstring done = folder + L"\\done";
+    const bool started =
+        StartUnix("cd '" + UnixPath(folder) + "' && { " + command + "; } ; echo > done");
+    return started &&
+           WaitUntil([&] { return GetFileAttributesW(done.c_str()) != INVALID_FILE_ATTRIBUTES; }) &&
+           DeleteFileW(done.c_str());
 }
 
 }  // namespace demovex
