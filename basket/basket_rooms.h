@@ -94,6 +94,11 @@ class IArticleLookup {
     // cannot be read any more, 91 when none is open.
     virtual bool LookUpArtikelNr(const std::wstring& Nr, std::wstring& Bezeichnung,
                                  std::wstring& Preis) = 0;
+
+    // Between these two many look-ups follow one another; they are answered from one state of the
+    // article master.
+    virtual void BeginSeries() noexcept {}
+    virtual void EndSeries() noexcept {}
 };
 
 }  // namespace demovex

@@ -284,7 +284,13 @@ void BasketRows::MoveRows(std::int32_t first, std::int32_t count, std::int32_t t
     totals_.MoveRows(first, count, to);
 }
 
+void BasketRows::BeginLoading() {
+    totals_.Defer(true);
+    articles_.BeginSeries();
+}
+
 void BasketRows::EndLoading() noexcept {
+    articles_.EndSeries();
     try {
         totals_.Defer(false);
     } catch (...) {  // the totals row keeps what it shows; the load has its own error to tell

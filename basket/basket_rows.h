@@ -79,7 +79,7 @@ class BasketRows final : public IBasketRows {
     void Liste_RowColChange() override { editor_.Liste_RowColChange(); }
     void RestoreTotalsRow() override;
     void RecalculateTotals(std::int32_t row) override;
-    void BeginLoading() override { totals_.Defer(true); }
+    void BeginLoading() override;
     void EndLoading() noexcept override;
     void RemoveRows(std::int32_t first, std::int32_t count) override;
     void ClearRows() override;

@@ -63,7 +63,10 @@ void ArtikelStamm::OpenFile(const std::wstring& Path) {
 
 void ArtikelStamm::OpenAndIndex(const std::wstring& path) {
     if (!files_.Exists(path)) RaiseOwnError(L"", L"Datei nicht gefunden");
-    std::unique_ptr<IRandomReader> file = files_.OpenShared(path);
+    Use(files_.OpenShared(path));
+}
+
+void ArtikelStamm::Use(std::unique_ptr<IRandomReader> file) {
     if (file_ != nullptr) earlier_files_.push_back(std::move(file_));
     file_ = std::move(file);
     // A last line that lacks one byte of its line break still counts, one that lacks both does not.
@@ -81,17 +84,37 @@ void ArtikelStamm::OpenAndIndex(const std::wstring& path) {
 bool ArtikelStamm::LookUpArtikelNr(std::wstring_view Nr, std::wstring* Bezeichnung,
                                    std::wstring* Preis) {
     std::int32_t id = 1;
+    const std::wstring_view key = TrimBlanks(Nr);
     if (!Nr.empty()) {
         if (index_ == nullptr) RaiseRuntimeError(runtime_error::kObjectNotSet);
-        id = index_->Find(KeyValue(std::wstring(TrimBlanks(Nr))));
+        id = index_->Find(KeyValue(std::wstring(key)));
         if (id == 0) return false;
     }
     ReadRecord(id, record_);
+    if (!Nr.empty() && OrderAgainst(key, record_.TrimmedNr()) != 0) {
+        RaiseRuntimeError(runtime_error::kDeviceIoError);  // rewritten since it was found
+    }
     // Both are made before either is stored, in memory that goes back and forth with the caller's.
     if (Bezeichnung != nullptr) text_.ReadAnsi(record_.TrimmedBezeichnung(), bezeichnung_);
     if (Preis != nullptr) text_.ReadAnsi(record_.TrimmedPreis(), preis_);
     if (Bezeichnung != nullptr) Bezeichnung->swap(bezeichnung_);
     if (Preis != nullptr) Preis->swap(preis_);
+    return true;
+}
+
+std::optional<FileStamp> ArtikelStamm::Stamp() const noexcept {
+    return file_ != nullptr ? file_->Stamp() : std::nullopt;
+}
+
+bool ArtikelStamm::LooksWhole() {
+    if (file_ == nullptr || record_count_ == 0) return false;
+    const std::uint64_t rest = file_->Size() % ArtikelRecord::kSize;
+    if (rest != 0 && rest < ArtikelRecord::kTextSize) return false;
+    for (const std::int32_t id : {1, record_count_}) {
+        for (const char c : file_->Read(*Locate(id), ArtikelRecord::kTextSize)) {
+            if (c >= 0 && c < ' ') return false;
+        }
+    }
     return true;
 }
 
@@ -146,10 +169,13 @@ std::int32_t ArtikelStamm::CompareItem(const KeyValue& Key, std::int32_t id, std
     CheckTag(Tag);
     const auto* key = std::get_if<std::wstring>(&Key);
     if (key == nullptr) RaiseRuntimeError(runtime_error::kTypeMismatch);
-    const std::string_view nr = ReadNr(id);
+    return OrderAgainst(*key, ReadNr(id));
+}
+
+std::int32_t ArtikelStamm::OrderAgainst(std::wstring_view key, std::string_view nr) const {
     // Digits sort by their value in every locale, so most comparisons need no collation.
-    if (const auto order = OrderOfDigits(*key, nr)) return *order;
-    return text_.CompareText(*key, text_.FromAnsi(nr));
+    if (const auto order = OrderOfDigits(key, nr)) return *order;
+    return text_.CompareText(key, text_.FromAnsi(nr));
 }
 
 }  // namespace demovex

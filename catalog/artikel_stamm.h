@@ -8,7 +8,9 @@
 // lookup reads the records it needs (ArtikelRecord tells their form). The file is its own index: it
 // must stand in ascending order of the trimmed numbers under the user's collation, letter case
 // ignored; nothing checks that. Of equal numbers any one may be found. A price changed in place in
-// the file is seen by the next lookup.
+// the file is seen by the next lookup. What a lookup answers stands in one record, read in one
+// piece: where another program rewrites the file meanwhile, the record that was found is looked at
+// again, and 57 raised when it has become another article's.
 //
 // Costs: opening reads no record; a lookup reads at most log2 n + 2.
 //
@@ -45,6 +47,17 @@ class ArtikelStamm final : public IMSContainer {
     // the file that lookups see; the first stays open as long as the object.
     void OpenFile(const std::wstring& Path);
 
+    // Reads a file that is open already.
+    // Raises 6 for more records than 32 bits count.
+    void Use(std::unique_ptr<IRandomReader> file);
+
+    // The open file's stamp now; nothing when no file is open or the system cannot tell.
+    std::optional<FileStamp> Stamp() const noexcept;
+
+    // Whether the open file looks like one that somebody has finished writing: whole records, at
+    // least one, and text in the first and the last. Reads those two.
+    bool LooksWhole();
+
     // Looks `Nr` up, blanks around it ignored. True: the trimmed description and price have been
     // stored where asked for. False: nothing was touched. The empty number (not one of blanks) is
     // the first record of the file, unsearched; on an empty file that is a blank one.
@@ -65,6 +78,8 @@ class ArtikelStamm final : public IMSContainer {
 
   private:
     void OpenAndIndex(const std::wstring& path);
+    // How `key` sorts against a trimmed number of the file.
+    std::int32_t OrderAgainst(std::wstring_view key, std::string_view nr) const;
     // Reads record `id` into `record`; a number beyond the end gives blank fields, one below 1
     // raises 5.
     void ReadRecord(std::int32_t id, ArtikelRecord& record);

@@ -75,15 +75,10 @@ TEST(BasketSetUp, AMissingArticleMasterFailsAndALaterSetUpWorks) {
     EXPECT_TRUE(basket.Link(L"4711"));
 }
 
-TEST(BasketSetUp, HoldsTheArticleMasterOpenForTheLifeOfTheForm) {
-    BasketFixture basket(FakeLocale::kAustria, false);
-    {
-        FlexGrid grid;
-        FakeBasketView view;
-        TestLibForm form(grid, view, basket.services);
-        form.Initialize();
-        EXPECT_EQ(basket.files.At(BasketFixture::ArticlePath()).open, 1);
-    }
+TEST(BasketSetUp, LeavesTheArticleMasterFreeForUpdatesBetweenItsLookUps) {
+    BasketFixture basket;
+    EXPECT_EQ(basket.files.At(BasketFixture::ArticlePath()).open, 0);
+    basket.Link(L"4711");
     EXPECT_EQ(basket.files.At(BasketFixture::ArticlePath()).open, 0);
 }
 
@@ -110,9 +105,11 @@ TEST(BasketSetUp, AFailureAfterTheArticleMasterWasOpenedClosesIt) {
     EXPECT_EQ(RaisedBy([&] { form.Initialize(); }), 7);
     EXPECT_EQ(basket.files.At(BasketFixture::ArticlePath()).open, 0);
     EXPECT_TRUE(form.State().InitPending);
+    bool info = false;
+    EXPECT_NE(RaisedBy([&] { form.AddArtikel(L"4711", L"", L"", info, 1, true); }), 0);
     grid.refuse = false;
     form.Initialize();
-    EXPECT_EQ(basket.files.At(BasketFixture::ArticlePath()).open, 1);
+    EXPECT_TRUE(form.AddArtikel(L"4711", L"", L"", info, 1, true));
 }
 
 // --- layout
