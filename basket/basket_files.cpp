@@ -38,8 +38,8 @@ ParameterParser BasketParser() {
 }
 
 [[noreturn]] void RaiseLoadError(const std::wstring& path, std::wstring_view cause) {
-    RaiseOwnError(L"Load",
-                  L"Datei '" + path + L"' kann nicht geöffnet werden: " + std::wstring(cause));
+    RaiseOwnError(L"Load", L"Datei '" + ShownPath(path) + L"' kann nicht geöffnet werden: " +
+                               std::wstring(cause));
 }
 
 }  // namespace
@@ -52,7 +52,11 @@ void BasketFiles::Load(const std::wstring& Path) {
     rows_.BeginLoading();
     Rejected rejected;
     try {
-        LoadRows(Path, rejected);
+        const Place place = PlaceOf(Path);
+        // before it is read: what is written to it meanwhile is not what was read
+        const std::optional<FileStamp> stamp = context_.services.files.Stamp(place.path);
+        LoadRows(place, rejected);
+        known_ = stamp;
     } catch (const Error& error) {
         EndLoading();
         RaiseLoadError(Path, error.description());
@@ -75,17 +79,21 @@ void BasketFiles::EndLoading() {
     ShowPosition(context_);  // the handler of the current cell was idle
 }
 
-void BasketFiles::LoadRows(const std::wstring& path, Rejected& rejected) {
+void BasketFiles::LoadRows(const Place& place, Rejected& rejected) {
     IFlexGrid& grid = context_.Liste;
     ParameterParser parser = BasketParser();
-    parser.SetParameterString(LoadFile(context_.services.files, context_.services.text, path));
+    parser.SetParameterString(
+        LoadFile(context_.services.files, context_.services.text, place.path, place.given));
     const bool has_header = context_.services.text.CompareText(parser.Value(1, 1), kHeader) == 0;
 
-    context_.state.CurrentPath = path;
-    recent_.AddRecentFile(path);
+    context_.state.CurrentPath = place.path;
+    place_ = place;
+    known_.reset();  // until it has been read whole
+    recent_.AddRecentFile(place.path);
     ShowFileCaption();
 
-    ProgressScope progress(context_.view, L"Warenkorb wird geladen");
+    ProgressScope progress(context_.view, L"Warenkorb wird geladen",
+                           ProgressScope::Ends::kWithEscape);
     grid.SetRedraw(false);
     rows_.ClearRows();
     // The row that the next line is expected to become. Two lines in succession with one number
@@ -175,6 +183,7 @@ void BasketFiles::mnuDateiNeu_Click() {
     rows_.Liste_RowColChange();
 
     context_.state.CurrentPath.clear();
+    known_.reset();
     SetBasketCaption(context_, kDesignedCaption);
     context_.state.Modified = false;
 }
@@ -219,28 +228,60 @@ void BasketFiles::mnuDateiLRU_Click(std::int32_t Index) {
     }
 }
 
+BasketFiles::Place BasketFiles::PlaceOf(const std::wstring& given) const {
+    return {context_.services.files.Absolute(given), given};
+}
+
+BasketFiles::Place BasketFiles::CurrentPlace() const {
+    const std::wstring& path = context_.state.CurrentPath;
+    return place_.path == path ? place_ : PlaceOf(path);
+}
+
 void BasketFiles::mnuDateiSpeichern_Click() {
-    BasketState& state = context_.state;
-    if (state.CurrentPath.empty()) {
+    if (context_.state.CurrentPath.empty()) {
         mnuDateiSpeichernUnter_Click();
         return;
     }
     rows_.CommitCellEdit();
+    const Place place = CurrentPlace();
+    if (MayReplace(place)) Write(place);
+}
+
+bool BasketFiles::MayReplace(const Place& place) {
+    const std::optional<FileStamp> now = context_.services.files.Stamp(place.path);
+    if (!now || now == known_) return true;
+    const std::wstring asked_for = context_.state.CurrentPath;
+    const MessageAnswer answer = context_.services.messages.Show(
+        L"Die Datei '" + ShownPath(place.given) +
+            L"' wurde inzwischen geändert. Möchten Sie sie überschreiben ?",
+        L"Speichern", MessageButtons::kYesNo, MessageIcon::kNone);
+    // The host is not blocked by the question: it may have loaded another basket meanwhile, which
+    // nobody was asked about.
+    if (answer != MessageAnswer::kYes || context_.state.CurrentPath != asked_for) return false;
+    rows_.CommitCellEdit();  // a link followed meanwhile may have opened the editor again
+    return true;
+}
+
+void BasketFiles::Write(const Place& place) {
     rows_.RestoreTotalsRow();
-    recent_.AddRecentFile(state.CurrentPath);
+    recent_.AddRecentFile(place.path);
 
     bool lossy = false;
-    {
+    try {
         ProgressScope progress(context_.view, L"Warenkorb wird gespeichert");
         const std::wstring content = Compose(progress);
-        SaveFile(
-            context_.services.files, context_.services.text, state.CurrentPath, content,
+        known_ = SaveFile(
+            context_.services.files, context_.services.text, place.path, content,
             {.lossy = &lossy,
              .progress =
                  [&](double done) { progress.Report(kComposeShare + (1 - kComposeShare) * done); },
              .clock = clock_});
+    } catch (const Error& error) {
+        throw Error(error.number(), error.source(),
+                    L"Datei '" + ShownPath(place.given) + L"' kann nicht gespeichert werden: " +
+                        error.description());
     }
-    state.Modified = false;
+    context_.state.Modified = false;
     if (lossy) context_.view.SetStatusText(kLossyStatus);
 }
 
@@ -270,13 +311,15 @@ void BasketFiles::mnuDateiSpeichernUnter_Click() {
         arguments.InitFileName = GetFileName(state.CurrentPath);
     }
     CommonDialogs dialogs(context_.services.file_dialogs);
-    const std::wstring path = dialogs.GetSaveFileName(arguments);
-    if (path.empty()) return;
+    const std::wstring given = dialogs.GetSaveFileName(arguments);
+    if (given.empty()) return;
 
-    state.CurrentPath = path;
-    recent_.AddRecentFile(path);
+    rows_.CommitCellEdit();  // a link followed while the dialog stood may have opened the editor
+    const Place place = PlaceOf(given);
+    Write(place);
+    state.CurrentPath = place.path;
+    place_ = place;
     ShowFileCaption();
-    mnuDateiSpeichern_Click();
 }
 
 void BasketFiles::mnuDateiBeenden_Click() {

@@ -8,6 +8,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -37,8 +38,11 @@ class BasketFiles {
 
     void mnuDateiNeu_Click();
     void mnuDateiOeffnen_Click();
-    // Raises what writing raises; the basket stays modified then.
+    // Asks first when the file is not the one any more that this basket last read whole or wrote.
+    // Raises what writing raises, with the file named in the description; the basket stays modified
+    // then.
     void mnuDateiSpeichern_Click();
+    // The chosen path is the basket's once the file is written.
     void mnuDateiSpeichernUnter_Click();
     void mnuDateiBeenden_Click();
     // Index 1 to 4.
@@ -59,18 +63,33 @@ class BasketFiles {
         std::int32_t count = 0;
     };
 
-    void LoadRows(const std::wstring& path, Rejected& rejected);
+    // A path made absolute, and as it was given: for files and for messages.
+    struct Place {
+        std::wstring path;
+        std::wstring given;
+    };
+
+    Place PlaceOf(const std::wstring& given) const;
+    // The basket's file; `given` where that path came from here.
+    Place CurrentPlace() const;
+    void LoadRows(const Place& place, Rejected& rejected);
     // Gives the row at the counter its quantity; raises what the quantity is wrong for.
     void SetQuantity(std::int32_t row, std::wstring_view quantity);
     void EndLoading();
     void ShowRejected(const Rejected& rejected);
     std::wstring Compose(ProgressScope& progress) const;
+    // Whether the basket's file may be replaced: it is the one that the basket knows, or the user
+    // has said so.
+    bool MayReplace(const Place& place);
+    void Write(const Place& place);
     void ShowFileCaption();
 
     BasketContext& context_;
     IBasketRows& rows_;
     RecentFiles& recent_;
     IRetryClock* clock_;
+    Place place_;                     // where the basket was last loaded from or saved to
+    std::optional<FileStamp> known_;  // of that file when it was read whole or written
 };
 
 }  // namespace demovex

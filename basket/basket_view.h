@@ -111,6 +111,9 @@ class IBasketView {
     virtual void BeginProgress(std::wstring_view what) = 0;
     virtual void SetProgress(double fraction) = 0;
     virtual void EndProgress() = 0;
+    // Whether the user has pressed Escape since the progress shows. Costs little, and takes no
+    // other input.
+    virtual bool Cancelled() = 0;
 
     // For long work on the window's thread: paints at once what is due for painting in the window
     // and its controls. It takes no input and sends no message that could start a command.

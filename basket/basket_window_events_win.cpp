@@ -298,6 +298,11 @@ void BasketWindowImpl::SetStatusbarVisible(bool visible) {
     PlaceNote();
 }
 
+void BasketWindowImpl::BeginProgress(std::wstring_view what) {
+    escape_.Begin();
+    status_->BeginProgress(what);
+}
+
 void BasketWindowImpl::SetProgress(double fraction) {
     status_->SetProgress(fraction);
     PlaceNote();
@@ -306,6 +311,7 @@ void BasketWindowImpl::SetProgress(double fraction) {
 void BasketWindowImpl::EndProgress() {
     status_->EndProgress();
     PlaceNote();
+    escape_.End();
 }
 
 // The progress of long work has the same place.

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "basket/basket_window_win.h"
+#include "basket/escape_watch_win.h"
 #include "basket/form_gate_win.h"
 #include "basket/window_editor_win.h"
 #include "basket/window_handles_win.h"
@@ -66,9 +67,10 @@ class BasketWindowImpl final : public std::enable_shared_from_this<BasketWindowI
     Twips MeasureGridText(std::wstring_view text, bool bold) override {
         return grid_->TextWidth(text, bold);
     }
-    void BeginProgress(std::wstring_view what) override { status_->BeginProgress(what); }
+    void BeginProgress(std::wstring_view what) override;
     void SetProgress(double fraction) override;
     void EndProgress() override;
+    bool Cancelled() override { return escape_.Pressed(); }
     void KeepPainted() override;
     void ShowAboutBox() override;
     void RequestClose() override;
@@ -123,6 +125,7 @@ class BasketWindowImpl final : public std::enable_shared_from_this<BasketWindowI
     std::unique_ptr<WindowToolbar> toolbar_;
     std::unique_ptr<WindowNote> note_;
     std::unique_ptr<WindowStatus> status_;
+    EscapeWatch escape_;
     std::unique_ptr<FlexGridControl> grid_;
     std::unique_ptr<WindowEditor> editor_;
     std::unique_ptr<TestLibForm> form_;

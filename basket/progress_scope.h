@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <string_view>
 
+#include "base/error.h"
 #include "basket/basket_view.h"
 
 namespace demovex {
@@ -14,7 +15,11 @@ class ProgressScope {
     // Steps between two reports: rare enough to cost nothing, often enough for a smooth bar.
     static constexpr std::int32_t kStride = 256;
 
-    ProgressScope(IBasketView& view, std::wstring_view what) : view_(view) {
+    // Whether the user may end the work before it is done.
+    enum class Ends { kWhenDone, kWithEscape };
+
+    ProgressScope(IBasketView& view, std::wstring_view what, Ends ends = Ends::kWhenDone)
+        : view_(view), ends_(ends) {
         view_.BeginProgress(what);
     }
     ~ProgressScope() {
@@ -27,13 +32,17 @@ class ProgressScope {
     ProgressScope& operator=(const ProgressScope&) = delete;
 
     void Report(double fraction) { view_.SetProgress(fraction); }
-    // Step `step` of `count`, as a share of the range from `from` to `to`.
+    // Step `step` of `count`, as a share of the range from `from` to `to`. Raises "Abgebrochen"
+    // when the user has ended work that may be ended.
     void Step(std::int32_t step, std::int32_t count, double from = 0, double to = 1) {
-        if (step % kStride == 0) Report(from + (to - from) * step / count);
+        if (step % kStride != 0) return;
+        if (ends_ == Ends::kWithEscape && view_.Cancelled()) RaiseOwnError(L"", L"Abgebrochen");
+        Report(from + (to - from) * step / count);
     }
 
   private:
     IBasketView& view_;
+    Ends ends_;
 };
 
 }  // namespace demovex

@@ -22,7 +22,8 @@ class RecentFiles {
 
     // Moves or inserts `Path` at the head of the stored list. A path that was there already (letter
     // case ignored) takes its new letter case with it, and the menus stay as they are; a new one
-    // pushes the oldest out and the menus are rebuilt. Raises 5 when the settings refuse.
+    // pushes the oldest out and the menus are rebuilt. Settings that refuse leave the list as it
+    // was; nobody is kept from loading or saving by that.
     void AddRecentFile(const std::wstring& Path);
 
     // Rebuilds both menus from the stored list.
@@ -32,8 +33,14 @@ class RecentFiles {
     const std::wstring& Tag(std::int32_t Index) const;
 
   private:
+    using Paths = std::array<std::wstring, kCount>;
+
+    // Makes the first `count` entries of the stored list those of `paths`, or leaves it as `before`
+    // it was.
+    bool Store(const Paths& paths, const Paths& before, std::size_t count) const;
+
     BasketContext& context_;
-    std::array<std::wstring, kCount> tags_;
+    Paths tags_;
 };
 
 }  // namespace demovex

@@ -9,6 +9,7 @@
 #include "basket/file_texts.h"
 #include "basket/progress_scope.h"
 #include "dialogs/common_dialogs.h"
+#include "platform/file_system_tools.h"
 
 namespace demovex {
 
@@ -25,7 +26,7 @@ void Sending::mnuContextSendToOther_Click() {
                                  .sExtensions = kBasketFilter});
     if (path.empty()) return;
     rows_.CommitCellEdit();
-    recent_.AddRecentFile(path);
+    recent_.AddRecentFile(context_.services.files.Absolute(path));
     AppendSelection(path);
 }
 
@@ -67,8 +68,8 @@ std::string Sending::Line(std::int32_t row, bool& lossy) const {
 
 void Sending::ShowFailure(const std::wstring& path, std::wstring_view cause) {
     context_.services.messages.Show(
-        L"Kann Bestelldaten nicht an '" + path + L"' senden: " + std::wstring(cause), L"",
-        MessageButtons::kOk, MessageIcon::kNone);
+        L"Kann Bestelldaten nicht an '" + ShownPath(path) + L"' senden: " + std::wstring(cause),
+        L"", MessageButtons::kOk, MessageIcon::kNone);
 }
 
 }  // namespace demovex

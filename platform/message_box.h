@@ -5,7 +5,7 @@
 
 namespace demovex {
 
-enum class MessageButtons { kOk, kYesNoCancel };
+enum class MessageButtons { kOk, kYesNo, kYesNoCancel };
 enum class MessageIcon { kNone, kExclamation, kCritical };
 // Closing the box without a choice answers kCancel (kOk where there is only that button), and so
 // does a box that goes with the window that owns it; the caller finds that window gone then.

@@ -12,7 +12,9 @@ MessageAnswer WinMessageBox::Show(std::wstring_view text, std::wstring_view titl
     std::replace(shown.begin(), shown.end(), L'\0', L' ');
     const std::wstring caption = title.empty() ? default_title_ : std::wstring(title);
 
-    UINT type = buttons == MessageButtons::kOk ? MB_OK : MB_YESNOCANCEL;
+    UINT type = buttons == MessageButtons::kOk      ? MB_OK
+                : buttons == MessageButtons::kYesNo ? MB_YESNO
+                                                    : MB_YESNOCANCEL;
     if (icon == MessageIcon::kExclamation) type |= MB_ICONEXCLAMATION;
     if (icon == MessageIcon::kCritical) type |= MB_ICONHAND;
     const HWND owner = CurrentOwner(owner_);

@@ -112,6 +112,7 @@ TEST_F(BasketFilesTest, ACellThatCannotBeCommittedEndsTheSaveBeforeAnythingIsSto
 TEST_F(BasketFilesTest, AShorterBasketLeavesNothingOfTheOldFile) {
     folder.Put(L"a.bsk", std::string(1000, 'x'));
     state.CurrentPath = folder / L"a.bsk";
+    messages.answers = {MessageAnswer::kYes};
     basket.mnuDateiSpeichern_Click();
     EXPECT_EQ(folder.Get(L"a.bsk"), "DemoVexClient.Client\r\n");
 }
@@ -140,6 +141,7 @@ TEST_F(BasketFilesTest, AReadOnlyTargetRaisesAndTheBasketStaysModified) {
     folder.Put(L"a.bsk", "old");
     folder.SetReadOnly(L"a.bsk", true);
     state.CurrentPath = folder / L"a.bsk";
+    messages.answers = {MessageAnswer::kYes};
     const std::string cells = grid.AsText();
     EXPECT_EQ(SaveError(), 75);
     EXPECT_EQ(folder.Get(L"a.bsk"), "old");
@@ -148,7 +150,7 @@ TEST_F(BasketFilesTest, AReadOnlyTargetRaisesAndTheBasketStaysModified) {
     EXPECT_EQ(state.CurrentPath, folder / L"a.bsk");
     EXPECT_EQ(grid.AsText(), cells);
     EXPECT_EQ(view.progress_depth, 0);
-    EXPECT_TRUE(messages.shown.empty());
+    EXPECT_EQ(messages.shown.size(), 1u);  // the question
 }
 
 TEST_F(BasketFilesTest, AMissingFolderAndAPathOf32000CharactersAreRaised) {
@@ -165,6 +167,7 @@ TEST_F(BasketFilesTest, ATargetInUseForAMomentIsWaitedFor) {
     FillBasket();
     folder.Put(L"a.bsk", "old");
     state.CurrentPath = folder / L"a.bsk";
+    messages.answers = {MessageAnswer::kYes};
     files.FailAt(5, runtime_error::kPermissionDenied, 10);
     EXPECT_EQ(SaveError(), 0);
     EXPECT_EQ(clock.waits, 10);
@@ -211,6 +214,7 @@ TEST_F(BasketFilesTest, ASaveThatFailsAnywhereLosesNeitherFileNorBasket) {
         {runtime_error::kPathNotFound, L"Path not found"}};
     FillBasket();
     state.CurrentPath = folder / L"a.bsk";
+    messages.otherwise = MessageAnswer::kYes;  // "old" is not this basket's
     const std::string cells = grid.AsText();
     const std::string fresh =
         "DemoVexClient.Client\r\n4711\tDuftwasser\t2\t100,00\t7,27\tK\tU\t200,00\t14,54\r\n";
@@ -242,7 +246,8 @@ TEST_F(BasketFilesTest, ASaveThatFailsAnywhereLosesNeitherFileNorBasket) {
                         EXPECT_EQ(folder.Get(L"a.bsk"), fresh);
                         EXPECT_FALSE(state.Modified);
                     } else {
-                        EXPECT_EQ(raised, description);
+                        EXPECT_EQ(raised, L"Datei '" + ShownPath(folder / L"a.bsk") +
+                                              L"' kann nicht gespeichert werden: " + description);
                         EXPECT_EQ(folder.Get(L"a.bsk"), had_old ? "old" : "<missing>");
                         EXPECT_TRUE(state.Modified);
                     }
@@ -337,12 +342,30 @@ TEST_F(BasketFilesTest, ACancelledSaveAsChangesNothing) {
     EXPECT_TRUE(settings.values.empty());
 }
 
-TEST_F(BasketFilesTest, AFailedSaveAsHasTakenThePathAndStaysModified) {
+TEST_F(BasketFilesTest, AFailedSaveAsLeavesPathCaptionAndChangesAsTheyWere) {
     FillBasket();
-    dialogs.Choose(folder / L"fehlt\\a.bsk");
+    state.CurrentPath = folder / L"a.bsk";
+    basket.mnuDateiSpeichern_Click();
+    state.Modified = true;
+    SetBasketCaption(context, L"Vexmart Demo Warenkorb 1.1 - a.bsk");
+    dialogs.Choose(folder / L"fehlt\\b.bsk");
     EXPECT_EQ(RaisedBy([&] { basket.mnuDateiSpeichernUnter_Click(); }), 76);
-    EXPECT_EQ(state.CurrentPath, folder / L"fehlt\\a.bsk");
+    EXPECT_EQ(state.CurrentPath, folder / L"a.bsk");
     EXPECT_EQ(state.Caption, L"Vexmart Demo Warenkorb 1.1 - a.bsk");
+    EXPECT_EQ(view.caption, L"Vexmart Demo Warenkorb 1.1 - a.bsk");
+    EXPECT_TRUE(state.Modified);
+    // and the next save goes to the old file, which the basket still knows
+    basket.mnuDateiSpeichern_Click();
+    EXPECT_TRUE(messages.shown.empty());
+    EXPECT_FALSE(state.Modified);
+}
+
+TEST_F(BasketFilesTest, AFailedSaveAsOfANewBasketLeavesItWithoutAFile) {
+    FillBasket();
+    dialogs.Choose(folder / L"fehlt\\b.bsk");
+    EXPECT_EQ(RaisedBy([&] { basket.mnuDateiSpeichernUnter_Click(); }), 76);
+    EXPECT_EQ(state.CurrentPath, L"");
+    EXPECT_EQ(state.Caption, kDesignedCaption);
     EXPECT_TRUE(state.Modified);
 }
 

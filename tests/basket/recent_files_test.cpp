@@ -98,9 +98,47 @@ TEST_F(RecentFilesTest, AnIndexBeyondTheFourEntriesIsRefused) {
     EXPECT_EQ(RaisedBy([&] { recent.Tag(5); }), 9);
 }
 
-TEST_F(RecentFilesTest, RefusingSettingsAreRaised) {
+TEST_F(RecentFilesTest, SettingsThatRefuseLeaveTheListAndTheMenusAsTheyWere) {
+    Store({L"1", L"2", L"3", L"4"});
+    recent.RefreshRecentFiles();
     settings.refuse = true;
-    EXPECT_EQ(RaisedBy([&] { recent.AddRecentFile(L"a"); }), 5);
+    recent.AddRecentFile(L"5");
+    EXPECT_EQ(Stored(), (Paths{L"1", L"2", L"3", L"4"}));
+    EXPECT_EQ(recent.Tag(1), L"1");
+    // also a store that refuses in the midst of it
+    settings.refuse = false;
+    for (const wchar_t* refused : {L"File1", L"File2", L"File4"}) {
+        settings.refused_key = refused;
+        recent.AddRecentFile(L"5");
+        EXPECT_EQ(Stored(), (Paths{L"1", L"2", L"3", L"4"})) << refused;
+        EXPECT_EQ(recent.Tag(1), L"1");
+    }
+    settings.refused_key.clear();
+    recent.AddRecentFile(L"5");
+    EXPECT_EQ(Stored(), (Paths{L"5", L"1", L"2", L"3"}));
+}
+
+TEST_F(RecentFilesTest, MenusShowAPathInOneShortLineWithAllItsAmpersands) {
+    Store({L"C:\\R&D\\A && B.bsk", L"C:\\a\tStrg+X\r\nb.bsk",
+           L"C:\\" + std::wstring(1'000'000, L'x') + L"\\ende.bsk",
+           L"C:\\" + std::wstring(73, L'y') + L".bsk"});
+    recent.RefreshRecentFiles();
+    const auto caption = [&](Command first, int slot) {
+        return view.menu_captions[static_cast<Command>(static_cast<int>(first) + slot - 1)];
+    };
+    EXPECT_EQ(caption(Command::mnuDateiLRU1, 1), L"&1 C:\\R&&D\\A &&&& B.bsk");
+    EXPECT_EQ(caption(Command::mnuContextSendTo1, 1),
+              L"&1 Selektion senden an C:\\R&&D\\A &&&& B.bsk");
+    EXPECT_EQ(caption(Command::mnuDateiLRU1, 2), L"&2 C:\\a Strg+X  b.bsk");
+    const std::wstring shortened = caption(Command::mnuDateiLRU1, 3);
+    EXPECT_EQ(shortened.size(), 3u + 80u);
+    EXPECT_TRUE(shortened.starts_with(L"&3 C:\\xxx"));
+    EXPECT_TRUE(shortened.ends_with(L"xxx\\ende.bsk"));
+    EXPECT_NE(shortened.find(L" ... "), std::wstring::npos);
+    EXPECT_EQ(caption(Command::mnuDateiLRU1, 4), L"&4 " + recent.Tag(4));  // 80 characters
+    // what is opened is the path itself
+    EXPECT_EQ(recent.Tag(2), L"C:\\a\tStrg+X\r\nb.bsk");
+    EXPECT_EQ(recent.Tag(3).size(), 1'000'012u);
 }
 
 }  // namespace

@@ -150,13 +150,6 @@ TEST_F(SendingTest, AFileThatCannotBeWrittenHeadsTheRecentFilesAllTheSame) {
     EXPECT_EQ(settings.Get(L"LRU", L"File1", L""), folder / L"fehlt\\a.bsk");
 }
 
-TEST_F(SendingTest, ARefusingSettingsStoreEndsTheCommandBeforeAnythingIsWritten) {
-    dialogs.Choose(folder / L"neu.bsk");
-    settings.refuse = true;
-    EXPECT_EQ(RaisedBy([&] { sending.mnuContextSendToOther_Click(); }), 5);
-    EXPECT_EQ(folder.Count(), 0);
-}
-
 TEST_F(SendingTest, TheEndOfMemoryIsReportedLikeAnyFailure) {
     struct Exhausted final : FaultyFileSystem {
         using FaultyFileSystem::FaultyFileSystem;

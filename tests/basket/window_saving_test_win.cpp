@@ -12,9 +12,10 @@ namespace {
 
 using namespace real_basket;
 
-// The message of a command that failed.
-std::wstring Failed(std::wstring_view name, std::wstring_view why) {
-    return L"[exclamation] " + Titled(name) + L": " + std::wstring(why) + L" (OK)";
+// The message of a save to `path` that failed, under the window's title.
+std::wstring Failed(std::wstring_view title, const std::wstring& path, std::wstring_view why) {
+    return L"[exclamation] " + Titled(title) + L": Datei '" + path +
+           L"' kann nicht gespeichert werden: " + std::wstring(why) + L" (OK)";
 }
 
 UniqueHandle HoldAlone(const std::wstring& path) {
@@ -137,7 +138,7 @@ TEST_F(WindowSaving, AReadOnlyTargetIsReportedAndKeepsItsOldBytes) {
     ChangeSaved();
     basket.folder.SetReadOnly(L"a.bsk", true);
     EXPECT_EQ(basket.PressCtrl('S', {User::Answer(IDOK)}),
-              (Texts{Failed(L"a.bsk", L"Path/File access error")}));
+              (Texts{Failed(L"a.bsk", Path(L"a.bsk"), L"Path/File access error")}));
     ExpectUnsaved();
     EXPECT_EQ(basket.folder.Get(L"a.bsk"), kHeader + k4711);
     EXPECT_EQ(basket.Files(), 1);
@@ -156,7 +157,7 @@ TEST_F(WindowSaving, AFolderThatIsGoneIsReported) {
     ASSERT_TRUE(DeleteFileW((other / L"a.bsk").c_str()));
     ASSERT_TRUE(RemoveDirectoryW(RealServices::PathOf(other).c_str()));
     EXPECT_EQ(basket.PressCtrl('S', {User::Answer(IDOK)}),
-              (Texts{Failed(L"a.bsk", L"Path not found")}));
+              (Texts{Failed(L"a.bsk", other / L"a.bsk", L"Path not found")}));
     ExpectUnsaved();
     // and goes elsewhere
     EXPECT_EQ(basket.Choose(Command::mnuDateiSpeichernUnter, {User::Choose(Path(L"a.bsk"))}),
@@ -164,7 +165,7 @@ TEST_F(WindowSaving, AFolderThatIsGoneIsReported) {
     EXPECT_EQ(basket.folder.Get(L"a.bsk"), kHeader + k4711 + k4712);
 }
 
-// The path that was chosen is the basket's from then on, also when it cannot be written.
+// The basket's path stays what it was.
 TEST_F(WindowSaving, SaveAsToAReadOnlyFileIsReportedAndLeavesIt) {
     ChangeSaved();
     basket.folder.Put(L"fest.bsk", "old");
@@ -173,19 +174,22 @@ TEST_F(WindowSaving, SaveAsToAReadOnlyFileIsReportedAndLeavesIt) {
         basket.Choose(Command::mnuDateiSpeichernUnter,
                       {User::Choose(L"fest.bsk"), User::Overwrite(IDYES), User::Answer(IDOK)}),
         (Texts{L"Speichern unter: a.bsk", L"<overwrite>",
-               Failed(L"fest.bsk", L"Path/File access error")}));
+               Failed(L"a.bsk", Path(L"fest.bsk"), L"Path/File access error")}));
     EXPECT_EQ(basket.folder.Get(L"fest.bsk"), "old");
     EXPECT_EQ(basket.folder.Get(L"a.bsk"), kHeader + k4711);
     EXPECT_TRUE(basket.Modified());
-    EXPECT_EQ(basket.Caption(), Titled(L"fest.bsk"));
+    EXPECT_EQ(basket.Caption(), Titled(L"a.bsk"));
     EXPECT_EQ(basket.Files(), 2);
+    EXPECT_EQ(basket.PressCtrl('S'), Texts{});  // the old file, which it knows
+    EXPECT_EQ(basket.folder.Get(L"a.bsk"), kHeader + k4711 + k4712);
 }
 
 TEST_F(WindowSaving, SaveAsIntoAFolderThatDoesNotExistIsReported) {
     ChangeSaved();
     EXPECT_EQ(basket.Choose(Command::mnuDateiSpeichernUnter,
                             {User::Choose(Path(L"fehlt\\b.bsk")), User::Answer(IDOK)}),
-              (Texts{L"Speichern unter: a.bsk", Failed(L"b.bsk", L"Path not found")}));
+              (Texts{L"Speichern unter: a.bsk",
+                     Failed(L"a.bsk", Path(L"fehlt\\b.bsk"), L"Path not found")}));
     EXPECT_TRUE(basket.Modified());
     EXPECT_EQ(basket.Numbers(), (Texts{L"4711", L"4712"}));
     EXPECT_EQ(basket.folder.Get(L"a.bsk"), kHeader + k4711);
@@ -218,7 +222,7 @@ TEST_F(WindowSaving, ATargetThatStaysHeldIsReportedAndWhole) {
     UniqueHandle held = HoldAlone(Path(L"a.bsk"));
     ASSERT_TRUE(held);
     EXPECT_EQ(basket.PressCtrl('S', {User::Answer(IDOK)}),
-              (Texts{Failed(L"a.bsk", L"Permission denied")}));
+              (Texts{Failed(L"a.bsk", Path(L"a.bsk"), L"Permission denied")}));
     held.reset();
     ExpectUnsaved();
     EXPECT_EQ(basket.folder.Get(L"a.bsk"), kHeader + k4711);
@@ -232,8 +236,24 @@ TEST_F(WindowSaving, ASaveThatFailsBeforeOpenKeepsTheBasket) {
     ChangeSaved();
     basket.folder.SetReadOnly(L"a.bsk", true);
     EXPECT_EQ(basket.Choose(Command::mnuDateiOeffnen, {User::Answer(IDYES), User::Answer(IDOK)}),
-              (Texts{kAsks, Failed(L"a.bsk", L"Path/File access error")}));
+              (Texts{kAsks, Failed(L"a.bsk", Path(L"a.bsk"), L"Path/File access error")}));
     ExpectUnsaved();
+}
+
+// --- files that have changed
+
+TEST_F(WindowSaving, AFileThatHasChangedIsReplacedOnlyWithItsUsersConsent) {
+    ChangeSaved();
+    basket.folder.Put(L"a.bsk", "somebody else's");
+    const std::wstring question = L"Speichern: Die Datei '" + Path(L"a.bsk") +
+                                  L"' wurde inzwischen geändert. Möchten Sie sie überschreiben ? "
+                                  L"(Ja, Nein)";
+    EXPECT_EQ(basket.PressCtrl('S', {User::Answer(IDNO)}), (Texts{question}));
+    EXPECT_EQ(basket.folder.Get(L"a.bsk"), "somebody else's");
+    ExpectUnsaved();
+    EXPECT_EQ(basket.PressCtrl('S', {User::Answer(IDYES)}), (Texts{question}));
+    EXPECT_EQ(basket.folder.Get(L"a.bsk"), kHeader + k4711 + k4712);
+    EXPECT_FALSE(basket.Modified());
 }
 
 // --- closing
@@ -287,7 +307,7 @@ TEST_F(WindowSaving, ASaveThatFailsOnExitKeepsTheWindow) {
     ChangeSaved();
     basket.folder.SetReadOnly(L"a.bsk", true);
     EXPECT_EQ(basket.ClickCross({User::Answer(IDYES), User::Answer(IDOK)}),
-              (Texts{kAsks, Failed(L"a.bsk", L"Path/File access error")}));
+              (Texts{kAsks, Failed(L"a.bsk", Path(L"a.bsk"), L"Path/File access error")}));
     ASSERT_TRUE(basket.window->Alive());
     ExpectUnsaved();
     EXPECT_EQ(basket.folder.Get(L"a.bsk"), kHeader + k4711);

@@ -92,7 +92,7 @@ host /basket /file-dialog "neu.bsk" /command $open /follow 4711 /answer $ok /com
   /caption "Vexmart Demo Warenkorb 1.1 - neu.bsk" /answer $yes /answer $ok /close /windows 1 \
   /answer $no /close /windows 0 /quit
 contains "the failed save" "$(cat "$here/host.log")" \
-  'box "Vexmart Demo Warenkorb 1.1 - neu.bsk": Path/File access error'
+  "box \"Vexmart Demo Warenkorb 1.1 - neu.bsk\": Datei '$win\\neu.bsk' kann nicht gespeichert werden: Path/File access error"
 is neu.bsk header 4712
 rm -f "$here/letzter.bsk"
 host /basket /answer $ok /command $recent2 /caption "Vexmart Demo Warenkorb 1.1" \

@@ -68,6 +68,8 @@ class FakeBasketView final : public IBasketView, public IEditorView {
     std::vector<EditKey> edit_keys;  // every one ever sent
     std::vector<double> progress;    // every fraction since the last BeginProgress
     int progress_depth = 0;
+    int cancel_after = -1;  // Escape is pressed after so many questions; below 0 never
+    int cancel_asked = 0;
     int paints = 0;  // calls of KeepPainted
     int about_boxes = 0;
     int close_requests = 0;
@@ -250,6 +252,7 @@ class FakeBasketView final : public IBasketView, public IEditorView {
     }
     void SetProgress(double fraction) override { progress.push_back(fraction); }
     void EndProgress() override { --progress_depth; }
+    bool Cancelled() override { return cancel_after >= 0 && cancel_asked++ >= cancel_after; }
     void KeepPainted() override { ++paints; }
     void ShowAboutBox() override { ++about_boxes; }
     void RequestClose() override { ++close_requests; }

@@ -23,6 +23,7 @@ class FakeSettings : public ISettings {
   public:
     std::map<std::pair<std::wstring, std::wstring>, std::wstring> values;
     bool refuse = false;
+    std::wstring refused_key;  // this key alone
 
     std::wstring Get(std::wstring_view section, std::wstring_view key,
                      std::wstring_view fallback) const override {
@@ -30,7 +31,9 @@ class FakeSettings : public ISettings {
         return found == values.end() ? std::wstring(fallback) : found->second;
     }
     void Set(std::wstring_view section, std::wstring_view key, std::wstring_view value) override {
-        if (refuse) RaiseRuntimeError(runtime_error::kInvalidProcedureCall);
+        if (refuse || (!refused_key.empty() && key == refused_key)) {
+            RaiseRuntimeError(runtime_error::kInvalidProcedureCall);
+        }
         values[{std::wstring(section), std::wstring(key)}] = value;
     }
 };

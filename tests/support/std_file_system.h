@@ -61,9 +61,11 @@ class StdFileSystem : public IFileSystem {
     }
 
     std::wstring Absolute(std::wstring_view path) const override {
+        // a drive's path stands for itself on every system
+        if (path.empty() || path.find(L':') != std::wstring_view::npos) return std::wstring(path);
         std::error_code error;
         const Path full = std::filesystem::absolute(ToNativePath(path), error);
-        return error || path.empty() ? std::wstring(path) : FromNativePath(full);
+        return error ? std::wstring(path) : FromNativePath(full);
     }
 
     std::optional<FileStamp> Stamp(std::wstring_view path) const noexcept override {
@@ -76,10 +78,10 @@ class StdFileSystem : public IFileSystem {
 
     std::wstring ResolveTarget(std::wstring_view path) override {
         const Path p = ToNativePath(path);
-        if (IsReadOnly(p) || std::filesystem::is_directory(p)) {
+        std::error_code error;
+        if (IsReadOnly(p) || std::filesystem::is_directory(p, error)) {
             RaiseRuntimeError(runtime_error::kPathFileAccessError);
         }
-        std::error_code error;
         const Path target = std::filesystem::canonical(p, error);
         return error ? Absolute(path) : FromNativePath(target);
     }
@@ -88,7 +90,10 @@ class StdFileSystem : public IFileSystem {
                                                         std::wstring_view) override {
         const Path p = ToNativePath(path);
         RequireFolderOf(p);
-        if (std::filesystem::exists(p)) RaiseRuntimeError(runtime_error::kPathFileAccessError);
+        std::error_code error;
+        if (std::filesystem::exists(p, error)) {
+            RaiseRuntimeError(runtime_error::kPathFileAccessError);
+        }
         return std::make_unique<OutputFile>(p, "wb");
     }
 
