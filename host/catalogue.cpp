@@ -131,6 +131,29 @@ std::optional<std::wstring> ArticleAt(std::wstring_view address) {
     return std::wstring(address.substr(kPosition.size()));
 }
 
+bool IsWebAddress(std::wstring_view address) {
+    constexpr std::size_t kLongest = 2000;
+    const std::wstring begin = Lower(address.substr(0, 8));
+    const std::size_t site = begin.starts_with(L"http://") ? 7 : begin == L"https://" ? 8 : 0;
+    if (site == 0 || address.size() == site || address.size() > kLongest) return false;
+    return std::all_of(address.begin(), address.end(), [](wchar_t c) {
+        return c > L' ' && c < 0x7F &&
+               std::wstring_view(L"\"<>\\^`{|}").find(c) == std::wstring_view::npos;
+    });
+}
+
+std::wstring ShownAddress(std::wstring_view address) {
+    constexpr std::size_t kBegin = 120, kEnd = 60;
+    std::wstring shown(address);
+    if (shown.size() > kBegin + kEnd) {
+        shown = shown.substr(0, kBegin) + L" ... " + shown.substr(shown.size() - kEnd);
+    }
+    for (wchar_t& c : shown) {
+        if (c < L' ' || c == 0x7F) c = L' ';
+    }
+    return shown;
+}
+
 std::wstring FromUtf8(std::string_view bytes) {
     if (bytes.starts_with("\xEF\xBB\xBF")) bytes.remove_prefix(3);
     std::wstring text;

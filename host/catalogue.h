@@ -51,6 +51,12 @@ std::wstring PositionAddress(std::wstring_view number);
 // The number of the article that a position address names; nothing for any other address.
 std::optional<std::wstring> ArticleAt(std::wstring_view address);
 
+// Whether a browser may be given the address at all: http or https, and nothing in it but what an
+// address is written with. Everything else could be a program, a file or a script.
+bool IsWebAddress(std::wstring_view address);
+// An address as a question shows it: on one line, a long one shortened in the middle.
+std::wstring ShownAddress(std::wstring_view address);
+
 // The text of UTF-8 bytes; a byte order mark is dropped, what is no UTF-8 becomes U+FFFD.
 std::wstring FromUtf8(std::string_view bytes);
 std::string ToUtf8(std::wstring_view text);

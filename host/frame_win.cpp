@@ -1,6 +1,7 @@
 #include "host/frame_win.h"
 
 #include <commdlg.h>
+#include <shellapi.h>
 
 #include <algorithm>
 #include <array>
@@ -26,12 +27,8 @@ Frame::Frame(HINSTANCE instance, Catalogue catalogue, bool quiet)
     : instance_(instance),
       catalogue_(std::move(catalogue)),
       quiet_(quiet),
-      session_(
-          [this](const std::wstring& address) {
-              const auto number = ArticleAt(address);
-              if (number) ShowArticle(*number);
-          },
-          [this] { UpdateStatus(); }) {
+      session_([this](const std::wstring& address) { ShowPosition(address); },
+               [this] { UpdateStatus(); }) {
     const INITCOMMONCONTROLSEX controls = {
         sizeof controls, ICC_TREEVIEW_CLASSES | ICC_LISTVIEW_CLASSES | ICC_BAR_CLASSES};
     InitCommonControlsEx(&controls);
@@ -198,6 +195,29 @@ void Frame::OpenBasket() {
     if (!session_.Current()) outcome = session_.NewBasket();
     if (!outcome.Failed()) outcome = session_.OpenFile(path.data());
     Report(L"Warenkorb \u00F6ffnen", outcome);
+}
+
+// A basket may have come by mail, and its lines with addresses that nobody here has written.
+void Frame::ShowPosition(const std::wstring& address) {
+    if (const auto number = ArticleAt(address)) {
+        ShowArticle(*number);
+        return;
+    }
+    if (!IsWebAddress(address)) {
+        const std::wstring text = L"Keine Adresse des Katalogs: " + ShownAddress(address);
+        SetWindowTextW(status_, text.c_str());
+        return;
+    }
+    const std::wstring question =
+        L"Der Warenkorb m\u00F6chte eine Seite zeigen, die nicht zu diesem Katalog "
+        L"geh\u00F6rt:\n\n" +
+        ShownAddress(address) + L"\n\nSoll der Browser sie zeigen?";
+    if (MessageBoxW(window_, question.c_str(), kTitle,
+                    MB_YESNO | MB_ICONQUESTION | MB_DEFBUTTON2) != IDYES) {
+        return;
+    }
+    last_page_ = address;
+    if (!quiet_) ShellExecuteW(window_, L"open", address.c_str(), nullptr, nullptr, SW_SHOWNORMAL);
 }
 
 void Frame::ShowGroup(std::size_t group) {

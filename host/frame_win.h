@@ -38,6 +38,8 @@ class Frame {
     std::wstring SelectedArticle() const;
     // Where the order link of the selected article stands on the screen.
     POINT OrderLink() const;
+    // The page that was last handed to the browser; while quiet it is only kept here.
+    const std::wstring& LastPage() const { return last_page_; }
     // Follows the selected article's order link.
     void OrderSelected();
     void Report(const std::wstring& what, const Outcome& outcome);
@@ -59,6 +61,7 @@ class Frame {
     void FillItem(LVITEMW& item) const;
     void Command(int id, int code);
     void OpenBasket();
+    void ShowPosition(const std::wstring& address);
     void ShowGroup(std::size_t group);
     void ShowSearch();
     void ShowRows(std::vector<std::size_t> rows, const std::wstring& heading);
@@ -84,6 +87,7 @@ class Frame {
     HIMAGELIST row_height_ = nullptr;
     std::wstring heading_;
     std::vector<std::size_t> rows_;
+    std::wstring last_page_;
     bool moving_ = false;  // the program itself moves selections
 };
 

@@ -26,6 +26,7 @@ const std::vector<Option>& Options() {
         {L"command", 1, L"ID: chooses a menu command of the current basket window"},
         {L"caption", 1, L"TEXT: the current client's caption is TEXT"},
         {L"position", 1, L"NUMBER: the catalogue shows that article"},
+        {L"page", 1, L"ADDRESS: the page last handed to the browser (a script starts none)"},
         {L"references", 1, L"N: the host holds the last N references of the current client"},
         {L"windows", 1, L"N: N basket windows are open"},
         {L"clients", 1, L"N: the host knows N clients"},

@@ -305,6 +305,9 @@ bool ScriptRunner::RunWindowStep(const Step& step) {
     } else if (step.name == L"position") {
         CheckEqual(step, frame_.SelectedArticle(), argument);
         return true;
+    } else if (step.name == L"page") {
+        CheckEqual(step, frame_.LastPage(), argument);
+        return true;
     } else if (step.name == L"windows") {
         CheckEqual(step, std::to_wstring(Session::Windows().size()), argument);
         return true;

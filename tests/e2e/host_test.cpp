@@ -60,6 +60,29 @@ TEST(HostCatalogue, APositionsAddressLeadsBackToItsArticle) {
     EXPECT_EQ(OrderLink(L"4711"), L"http://www.vexmart.example/vex/basket.html?prodno=4711");
 }
 
+TEST(HostCatalogue, OnlyPlainWebAddressesMayGoToABrowser) {
+    for (const wchar_t* web : {L"http://a.example", L"HTTPS://a.example/x?y=1&z=%20#k",
+                               L"http://www.vexmart.example/vex/katalog.html?artno=1"}) {
+        EXPECT_TRUE(IsWebAddress(web)) << web;
+    }
+    for (const wchar_t* other :
+         {L"", L"http://", L"https://", L"file:///C:/x.exe", L"C:\\x.exe", L"\\\\server\\x.exe",
+          L"javascript:alert(1)", L"ms-settings:", L"http:x", L" http://a", L"http://a b",
+          L"http://a\nb", L"http://a\"b", L"http://a\\b", L"http://\u00E4.example", L"ftp://a"}) {
+        EXPECT_FALSE(IsWebAddress(other)) << other;
+    }
+    EXPECT_FALSE(IsWebAddress(L"http://" + std::wstring(1'000'000, L'x')));
+}
+
+TEST(HostCatalogue, AQuestionShowsAnAddressOnOneShortLine) {
+    EXPECT_EQ(ShownAddress(L"http://a.example/x"), L"http://a.example/x");
+    EXPECT_EQ(ShownAddress(L"a\r\nb"), L"a  b");
+    const std::wstring shown = ShownAddress(L"http://a/" + std::wstring(1'000'000, L'x') + L"end");
+    EXPECT_EQ(shown.size(), 185u);
+    EXPECT_TRUE(shown.starts_with(L"http://a/x"));
+    EXPECT_TRUE(shown.ends_with(L"xend"));
+}
+
 TEST(HostCatalogue, Utf8IsReadAndWrittenAndNeverFails) {
     const std::wstring text = L"\u00C4\u20AC z\u2713";
     EXPECT_EQ(FromUtf8(ToUtf8(text)), text);
