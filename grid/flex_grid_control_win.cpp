@@ -48,6 +48,12 @@ void FlexGridControl::SetFont(HFONT font) {
     impl_->SetFont(font);
 }
 
+void FlexGridControl::SetScale(Scale scale, HFONT font) {
+    impl_->grid.SetScale(scale);
+    impl_->SetFont(font);
+    impl_->UpdateFrame();
+}
+
 HFONT FlexGridControl::Font() const noexcept {
     return impl_->font;
 }

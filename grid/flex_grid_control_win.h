@@ -104,6 +104,8 @@ class FlexGridControl {
     // Changes the font (observed) and the default row height with it.
     void SetFont(HFONT font);
     HFONT Font() const noexcept;
+    // Another screen: the same twips in other pixels, with a font of that screen (observed).
+    void SetScale(Scale scale, HFONT font);
     // Width of a text in the grid's font.
     Twips TextWidth(std::wstring_view text, bool bold) const;
     // Queues a keystroke without modifiers, whatever keys the user holds at the moment. Idle when

@@ -63,6 +63,7 @@ void FlexGrid::SetRows(std::int32_t rows) {
     const std::int32_t from = std::min(rows, Rows());
     cells_.SetRows(rows);
     rows_.SetCount(rows);
+    TellMoved();
     Restructure(from);
 }
 
@@ -71,6 +72,7 @@ void FlexGrid::SetCols(std::int32_t cols) {
     if (cols == Cols()) return;
     cells_.SetCols(cols);
     cols_.SetCount(cols);
+    TellMoved();
     Restructure(-1);
 }
 
@@ -82,6 +84,7 @@ void FlexGrid::AddItem(std::int32_t index, std::int32_t count) {
     if (count == 0) return;
     cells_.InsertRows(index, count);
     rows_.Insert(index, count);
+    TellMoved();
     Restructure(index);
 }
 
@@ -91,6 +94,7 @@ void FlexGrid::RemoveItem(std::int32_t index, std::int32_t count) {
     if (count == 0) return;
     cells_.RemoveRows(index, count);
     rows_.Remove(index, count);
+    TellMoved();
     Restructure(index);
 }
 
@@ -102,11 +106,16 @@ void FlexGrid::MoveRows(std::int32_t first, std::int32_t count, std::int32_t to)
     if (count == 0 || first == to) return;
     cells_.MoveRows(first, count, to, kFixedCols);
     rows_.Move(first, count, to);
+    TellMoved();
     if (!rows_.Uniform()) {
         Restructure(std::min(first, to));
     } else {
         InvalidateCells(std::min(first, to), 0, std::max(first, to) + count - 1, Cols() - 1);
     }
+}
+
+void FlexGrid::TellMoved() {
+    if (display_ != nullptr) display_->CellsMoved();
 }
 
 void FlexGrid::Restructure(std::int32_t row) {
@@ -221,7 +230,9 @@ std::wstring_view FlexGrid::TextMatrix(std::int32_t row, std::int32_t col) const
 
 void FlexGrid::SetTextMatrix(std::int32_t row, std::int32_t col, std::wstring_view text) {
     CheckCell(row, col);
-    if (cells_.SetText(row, col, text)) InvalidateCell(row, col);
+    if (!cells_.SetText(row, col, text)) return;
+    if (display_ != nullptr) display_->CellChanged(row, col);
+    InvalidateCell(row, col);
 }
 
 bool FlexGrid::CellBold(std::int32_t row, std::int32_t col) const {
@@ -286,12 +297,21 @@ void FlexGrid::SetDefaultRowHeight(Twips height) {
     Restructure(-1);
 }
 
+void FlexGrid::SetScale(Scale scale) {
+    if (scale.dpi() == scale_.dpi()) return;
+    scale_ = scale;
+    rows_.SetScale(scale);
+    cols_.SetScale(scale);
+    Restructure(-1);
+}
+
 void FlexGrid::SetRedraw(bool redraw) {
     if (redraw == redraw_) return;
     redraw_ = redraw;
     if (!ShowsChanges()) return;
     display_->ScrollBarsChanged();
     InvalidateAll();
+    display_->RedrawIsOn();
 }
 
 void FlexGrid::SetFocusRect(FocusRectStyle style) {

@@ -41,8 +41,8 @@
 
 namespace demovex {
 
-// What a control must do after a change. Called before the grid's events, never while Redraw is
-// off (except CurrentCellChanged and SelectionChanged). Must not call the grid's setters.
+// What a control must do after a change. Called before the grid's events; the first three never
+// while Redraw is off. Must not call the grid's setters.
 class IFlexGridDisplay {
   public:
     virtual ~IFlexGridDisplay() = default;
@@ -53,6 +53,12 @@ class IFlexGridDisplay {
     virtual void ScrollBarsChanged() = 0;
     virtual void CurrentCellChanged() = 0;
     virtual void SelectionChanged() = 0;
+    // One cell has another text.
+    virtual void CellChanged(std::int32_t row, std::int32_t col) = 0;
+    // Rows or columns came, went or changed places.
+    virtual void CellsMoved() = 0;
+    // Redraw was switched on again.
+    virtual void RedrawIsOn() = 0;
 };
 
 // Outer size of the grid, its border on each side, the width of the vertical scroll bar and the
@@ -155,6 +161,8 @@ class FlexGrid : public IFlexGrid {
     void SetFrame(const GridFrame& frame);
     const GridFrame& Frame() const { return frame_; }
     void SetDefaultRowHeight(Twips height);
+    // Another screen, another size of its pixels; sizes in twips stay.
+    void SetScale(Scale scale);
     // Whether the grid has the keyboard focus: the focus rectangle is only shown then.
     void SetFocused(bool focused);
     bool Focused() const { return focused_; }
@@ -223,6 +231,7 @@ class FlexGrid : public IFlexGrid {
     // exists; everything from `row` on or, when negative, the whole view repainted; events.
     void Restructure(std::int32_t row);
     void Layout();
+    void TellMoved();
     void Raise(bool moved, bool selected, bool scrolled);
     bool ShowsChanges() const { return display_ != nullptr && redraw_; }
     void InvalidateAll();

@@ -5,6 +5,7 @@
 
 #include "grid/gdi_surface_win.h"
 #include "grid/grid_painter.h"
+#include "platform/screen_scale_win.h"
 
 namespace demovex {
 
@@ -99,13 +100,8 @@ void FlexGridImplWin::Move(const TwipsRect& rect) {
 
 void FlexGridImplWin::SetFont(HFONT new_font) {
     if (new_font == nullptr) {
-        NONCLIENTMETRICSW metrics{};
-        metrics.cbSize = sizeof metrics;
-        SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
-        const WindowDc dc(nullptr);
-        const int system_dpi = GetDeviceCaps(dc.get(), LOGPIXELSY);
-        LOGFONTW& message = metrics.lfMessageFont;
-        message.lfHeight = MulDiv(message.lfHeight, grid.PixelScale().dpi(), system_dpi);
+        LOGFONTW message{};
+        MessageFont(grid.PixelScale().dpi(), message);
         own_font = GdiObject<HFONT>(CreateFontIndirectW(&message));
         new_font = own_font.get();
     }
@@ -163,65 +159,24 @@ void FlexGridImplWin::ScrollArea(const PixelRect& area, int dx, int dy) {
     ScrollWindowEx(window, dx, dy, &rect, &rect, nullptr, nullptr, SW_INVALIDATE);
 }
 
-namespace {
-
-void ShowState(HWND window, int bar, const GridScrollBar& state, bool redraw) {
-    SCROLLINFO info{};
-    info.cbSize = sizeof info;
-    // a bar never hides itself: the grid says when there is one
-    info.fMask = SIF_RANGE | SIF_PAGE | SIF_POS | SIF_DISABLENOSCROLL;
-    info.nMin = state.min;
-    info.nMax = state.max;
-    info.nPage = static_cast<UINT>(state.page);
-    info.nPos = state.position;
-    SetScrollInfo(window, bar, &info, redraw);
-}
-
-}  // namespace
-
-void FlexGridImplWin::SetBar(int bar, const GridScrollBar& state, GridScrollBar& shown) {
-    if (state == shown) return;
-    if (state.visible != shown.visible) {
-        invalid_.clear();
-        ShowScrollBar(window, bar, state.visible);
-    }
-    if (state.visible) ShowState(window, bar, state, true);
-    shown = state;
-}
-
-// Drawing a scroll bar costs more than scrolling a line of text. So a changed position or range is
-// drawn a moment later, once for all lines that were scrolled or added meanwhile; anything else at
-// once.
-void FlexGridImplWin::ScrollBarsChanged() {
-    if (window == nullptr) return;
-    const auto can_wait = [](GridScrollBar now, const GridScrollBar& shown) {
-        now.position = shown.position;
-        now.max = shown.max;
-        return now == shown;
-    };
-    if (can_wait(grid.VerticalBar(), shown_v_) && can_wait(grid.HorizontalBar(), shown_h_)) {
-        if (grid.VerticalBar().max != shown_v_.max && shown_v_.visible) {
-            ShowState(window, SB_VERT, grid.VerticalBar(), false);
-        }
-        if (!bars_pending_) bars_pending_ = SetTimer(window, kBarTimer, 30, nullptr) != 0;
-        if (bars_pending_) return;
-    }
-    FlushBars();
-}
-
-void FlexGridImplWin::FlushBars() {
-    if (bars_pending_) KillTimer(window, kBarTimer);
-    bars_pending_ = false;
-    SetBar(SB_VERT, grid.VerticalBar(), shown_v_);
-    SetBar(SB_HORZ, grid.HorizontalBar(), shown_h_);
-}
-
 void FlexGridImplWin::CurrentCellChanged() {
     if (window != nullptr) accessibility.CurrentCellChanged();
 }
 
 void FlexGridImplWin::SelectionChanged() {
     if (window != nullptr) accessibility.SelectionChanged();
+}
+
+void FlexGridImplWin::CellChanged(std::int32_t row, std::int32_t col) {
+    if (window != nullptr) accessibility.CellChanged(row, col);
+}
+
+void FlexGridImplWin::CellsMoved() {
+    if (window != nullptr) accessibility.CellsMoved();
+}
+
+void FlexGridImplWin::RedrawIsOn() {
+    if (window != nullptr) accessibility.TellSoon();
 }
 
 // --- messages ---
@@ -327,6 +282,9 @@ LRESULT FlexGridImplWin::Handle(UINT message, WPARAM wparam, LPARAM lparam) {
                 if (events != nullptr) events->UserActed();
             }
             return 0;
+        case kTellNews:
+            accessibility.Tell();
+            return 0;
         case WM_TIMER:
             if (wparam == kBarTimer) {
                 FlushBars();
@@ -355,8 +313,8 @@ void FlexGridImplWin::UpdateFrame() {
     if (window == nullptr || !GetWindowRect(window, &outer)) return;
     invalid_.clear();
     const GridFrame frame{outer.right - outer.left, outer.bottom - outer.top,
-                          GetSystemMetrics(SM_CXEDGE), GetSystemMetrics(SM_CXVSCROLL),
-                          GetSystemMetrics(SM_CYHSCROLL)};
+                          MetricOf(window, SM_CXEDGE), MetricOf(window, SM_CXVSCROLL),
+                          MetricOf(window, SM_CYHSCROLL)};
     // showing or hiding a scroll bar changes the client area only, and the grid knows that one
     if (frame == grid.Frame()) return;
     grid.SetFrame(frame);

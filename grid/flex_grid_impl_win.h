@@ -23,6 +23,8 @@ class FlexGridImplWin : public IFlexGridDisplay,
     void Destroy() noexcept;
     void Move(const TwipsRect& rect);
     void SetFont(HFONT font);
+    // Takes over the size of the window and of its borders and scroll bars.
+    void UpdateFrame();
     Twips TextWidth(std::wstring_view text, bool bold) const;
 
     FlexGrid grid;
@@ -39,9 +41,13 @@ class FlexGridImplWin : public IFlexGridDisplay,
     void ScrollBarsChanged() override;
     void CurrentCellChanged() override;
     void SelectionChanged() override;
+    void CellChanged(std::int32_t row, std::int32_t col) override;
+    void CellsMoved() override;
+    void RedrawIsOn() override;
 
     static constexpr UINT_PTR kBarTimer = 2;
     static constexpr UINT kSendKey = WM_USER + 1;  // wParam: a GridKey
+    static constexpr UINT kTellNews = WM_USER + 2;
 
   private:
     static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wparam,
@@ -50,7 +56,6 @@ class FlexGridImplWin : public IFlexGridDisplay,
     LRESULT Handle(UINT message, WPARAM wparam, LPARAM lparam);
     // Handles mouse messages; true when done with.
     bool HandleMouse(UINT message, WPARAM wparam, LPARAM lparam);
-    void UpdateFrame();
     void Paint();
     void PaintTo(HDC dc, const PixelRect& rect, int origin_x, int origin_y) const;
     bool KeyDown(WPARAM key);

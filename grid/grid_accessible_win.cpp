@@ -46,22 +46,6 @@ void GridAccessibility::Disconnect() noexcept {
     object_ = nullptr;
 }
 
-void GridAccessibility::CurrentCellChanged() const {
-    const HWND window = owner_.window;
-    const FlexGrid& grid = owner_.grid;
-    const LONG id = grid.Row() * grid.Cols() + grid.Col() + 1;
-    // an editor over the cell keeps the focus while the cell moves: the move is told all the same
-    const HWND focus = GetFocus();
-    if (focus != nullptr && (focus == window || IsChild(GetParent(window), focus))) {
-        NotifyWinEvent(EVENT_OBJECT_FOCUS, window, OBJID_CLIENT, id);
-    }
-    NotifyWinEvent(EVENT_OBJECT_SELECTION, window, OBJID_CLIENT, id);
-}
-
-void GridAccessibility::SelectionChanged() const {
-    NotifyWinEvent(EVENT_OBJECT_SELECTIONWITHIN, owner_.window, OBJID_CLIENT, CHILDID_SELF);
-}
-
 // --- the object ---
 
 template <class Action>

@@ -4,6 +4,9 @@
 // Zeile 3"), its value is its text. The table's name is the control's window text ("Tabelle" when
 // it has none).
 //
+// When rows come, go or move, children have other numbers: programs hear of it (a reorder) and ask
+// anew. A changed text is told by its cell's number.
+//
 // The accessible object is counted by references and may outlive the window: from the window's
 // destruction on it answers CO_E_OBJNOTCONNECTED. It holds `module_lock` as long as it lives, so
 // that its code stays loaded.
@@ -14,6 +17,8 @@
 #include <oleacc.h>
 
 #include <memory>
+
+#include "grid/grid_news.h"
 
 namespace demovex {
 
@@ -33,13 +38,22 @@ class GridAccessibility {
     // The window goes away.
     void Disconnect() noexcept;
 
-    void CurrentCellChanged() const;
-    void SelectionChanged() const;
+    // What is to be told. It is told when the program comes back to its message loop, once for all
+    // that a command has changed, and not before the grid repaints again.
+    void CurrentCellChanged();
+    void SelectionChanged();
+    void CellChanged(std::int32_t row, std::int32_t col);
+    void CellsMoved();
+    void TellSoon();
+    // The message that the control has posted to itself.
+    void Tell();
 
     void SetModuleLock(std::shared_ptr<void> lock) { module_lock_ = std::move(lock); }
 
   private:
     FlexGridImplWin& owner_;
+    GridNews news_;
+    bool posted_ = false;
     GridAccessible* object_ = nullptr;  // one reference is ours, given back by Disconnect
     std::shared_ptr<void> module_lock_;
 };

@@ -27,6 +27,11 @@ void GridAxis::SetDefaultSize(Twips size) {
     Resized();
 }
 
+void GridAxis::SetScale(Scale scale) {
+    scale_ = scale;
+    Resized();
+}
+
 int GridAxis::ToPixels(Twips size) const {
     return size == 0 ? 0 : std::max(1, scale_.ToPixels(size));
 }

@@ -34,6 +34,7 @@ class GridAxis {
     void SetSize(std::int32_t line, Twips size);
     Twips DefaultSize() const { return default_size_; }
     void SetDefaultSize(Twips size);
+    void SetScale(Scale scale);
     // Size in pixels; 0 is hidden, anything else is at least one pixel.
     int Pixels(std::int32_t line) const { return ToPixels(Size(line)); }
     bool Hidden(std::int32_t line) const { return Size(line) == 0; }

@@ -3,11 +3,13 @@
 
 #include <oleacc.h>
 
+#include <functional>
 #include <set>
 #include <string>
 #include <vector>
 
 #include "tests/support/grid_window_win.h"
+#include "tests/support/heard_events_win.h"
 
 namespace demovex {
 namespace {
@@ -256,34 +258,96 @@ TEST_F(GridAccess, AHeldObjectKeepsTheModuleLock) {
     EXPECT_TRUE(watch.expired());
 }
 
-// --- what is told when the current cell moves ---
-
-std::vector<std::pair<DWORD, LONG>> told;
-HWND told_window = nullptr;
-
-void CALLBACK Tell(HWINEVENTHOOK, DWORD event, HWND window, LONG object, LONG child, DWORD,
-                   DWORD) noexcept {
-    if (window == told_window && object == OBJID_CLIENT) told.emplace_back(event, child);
-}
+// --- what is told ---
 
 TEST_F(GridAccess, AMovedCurrentCellIsTold) {
-    told.clear();
-    told_window = w->Handle();
-    const HWINEVENTHOOK hook =
-        SetWinEventHook(EVENT_OBJECT_FOCUS, EVENT_OBJECT_SELECTIONWITHIN, nullptr, &Tell,
-                        GetCurrentProcessId(), 0, WINEVENT_OUTOFCONTEXT);
-    ASSERT_NE(hook, nullptr);
+    HeardEvents heard(EVENT_OBJECT_FOCUS, EVENT_OBJECT_SELECTIONWITHIN);
     w->Send(WM_KEYDOWN, VK_DOWN);
     const LONG id = Id(2, 1);
-    const auto heard = [&](DWORD event, LONG child) {
-        return std::find(told.begin(), told.end(), std::make_pair(event, child)) != told.end();
-    };
-    EXPECT_TRUE(PumpUntil([&] { return heard(EVENT_OBJECT_FOCUS, id); }));
-    EXPECT_TRUE(PumpUntil([&] { return heard(EVENT_OBJECT_SELECTION, id); }));
+    EXPECT_TRUE(heard.Hear(EVENT_OBJECT_FOCUS, w->Handle(), id));
+    EXPECT_TRUE(heard.Hear(EVENT_OBJECT_SELECTION, w->Handle(), id));
     w->Grid().SetRowSel(4);
-    EXPECT_TRUE(PumpUntil([&] { return heard(EVENT_OBJECT_SELECTIONWITHIN, CHILDID_SELF); }));
-    UnhookWinEvent(hook);
+    EXPECT_TRUE(heard.Hear(EVENT_OBJECT_SELECTIONWITHIN, w->Handle()));
     EXPECT_EQ(Name(id) + L": " + Value(id), L"ArtNr, Zeile 2: 471102");
+}
+
+TEST_F(GridAccess, ACellsNewTextIsTold) {
+    HeardEvents heard(EVENT_OBJECT_CREATE, EVENT_OBJECT_ACCELERATORCHANGE);
+    w->Grid().SetTextMatrix(3, 3, L"42");
+    EXPECT_TRUE(heard.Hear(EVENT_OBJECT_VALUECHANGE, w->Handle(), Id(3, 3)));
+    EXPECT_EQ(Value(Id(3, 3)), L"42");
+    EXPECT_EQ(heard.CountAll(w->Handle()), 1);
+    heard.Clear();
+    w->Grid().SetTextMatrix(3, 3, L"42");
+    EXPECT_EQ(heard.CountAll(w->Handle()), 0) << "nothing has changed";
+}
+
+TEST_F(GridAccess, AHeadersNewTextIsItsNewName) {
+    HeardEvents heard(EVENT_OBJECT_CREATE, EVENT_OBJECT_ACCELERATORCHANGE);
+    w->Grid().SetTextMatrix(0, 3, L"Stück");
+    EXPECT_TRUE(heard.Hear(EVENT_OBJECT_NAMECHANGE, w->Handle(), Id(0, 3)));
+    EXPECT_EQ(Name(Id(0, 3)), L"Stück");
+}
+
+TEST_F(GridAccess, RowsThatComeGoOrMoveMakeProgramsAskAnew) {
+    HeardEvents heard(EVENT_OBJECT_CREATE, EVENT_OBJECT_ACCELERATORCHANGE);
+    FlexGrid& grid = w->Grid();
+    grid.SetRow(5);
+    const std::function<void()> changes[] = {
+        [&] { grid.AddItem(3, 2); },
+        [&] { grid.RemoveItem(3, 2); },
+        [&] { grid.MoveRows(2, 3, 8); },
+        [&] { grid.SetRows(grid.Rows() + 1); },
+    };
+    for (const auto& change : changes) {
+        heard.Clear();
+        change();
+        EXPECT_TRUE(heard.Hear(EVENT_OBJECT_REORDER, w->Handle()));
+        EXPECT_EQ(heard.Count(EVENT_OBJECT_REORDER, w->Handle()), 1);
+        // the current cell has the same number and is another one
+        EXPECT_EQ(heard.Count(EVENT_OBJECT_FOCUS, w->Handle(), Id(5, grid.Col())), 1);
+    }
+}
+
+TEST_F(GridAccess, ACommandOfManyStepsIsToldInFewWords) {
+    HeardEvents heard(EVENT_OBJECT_CREATE, EVENT_OBJECT_ACCELERATORCHANGE);
+    FlexGrid& grid = w->Grid();
+    for (int i = 0; i < 50; ++i) {
+        grid.AddItem(3);
+        grid.SetRow(3 + i % 7);
+        for (int row = 1; row < 40; ++row) grid.SetTextMatrix(row, 0, std::to_wstring(row + i));
+    }
+    EXPECT_TRUE(heard.Hear(EVENT_OBJECT_REORDER, w->Handle()));
+    EXPECT_TRUE(heard.Hear(EVENT_OBJECT_FOCUS, w->Handle(), Id(grid.Row(), grid.Col())));
+    EXPECT_LE(heard.CountAll(w->Handle()), 3);
+}
+
+TEST_F(GridAccess, AGridThatDoesNotRepaintIsSilent) {
+    HeardEvents heard(EVENT_OBJECT_CREATE, EVENT_OBJECT_ACCELERATORCHANGE);
+    FlexGrid& grid = w->Grid();
+    grid.SetRedraw(false);
+    for (int i = 0; i < 1000; ++i) {
+        grid.AddItem(3);
+        grid.SetRow(3 + i % 7);
+        grid.SetTextMatrix(3, 1, L"x");
+    }
+    EXPECT_EQ(heard.CountAll(w->Handle()), 0);
+    grid.SetRedraw(true);
+    EXPECT_TRUE(heard.Hear(EVENT_OBJECT_REORDER, w->Handle()));
+    EXPECT_EQ(heard.Count(EVENT_OBJECT_REORDER, w->Handle()), 1);
+    EXPECT_EQ(heard.Count(EVENT_OBJECT_FOCUS, w->Handle(), Id(grid.Row(), grid.Col())), 1);
+    EXPECT_LE(heard.CountAll(w->Handle()), 3);
+}
+
+// Switched off again before the message arrives.
+TEST_F(GridAccess, WhatIsNotToldYetIsToldWhenTheGridRepaintsAgain) {
+    HeardEvents heard(EVENT_OBJECT_CREATE, EVENT_OBJECT_ACCELERATORCHANGE);
+    FlexGrid& grid = w->Grid();
+    grid.SetTextMatrix(3, 3, L"42");
+    grid.SetRedraw(false);
+    EXPECT_EQ(heard.CountAll(w->Handle()), 0);
+    grid.SetRedraw(true);
+    EXPECT_TRUE(heard.Hear(EVENT_OBJECT_VALUECHANGE, w->Handle(), Id(3, 3)));
 }
 
 }  // namespace

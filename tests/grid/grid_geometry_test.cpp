@@ -320,5 +320,72 @@ TEST_F(GridRepaint, TheFocusRectangleRepaintsTheCurrentCell) {
     EXPECT_EQ(display.invalid[1], grid.CellRect(1, 1));
 }
 
+// --- what the control is told for assistive programs, painting or not ---
+
+TEST_F(GridRepaint, EachChangedTextIsToldAlsoWhileNothingIsPainted) {
+    using Cells = std::vector<std::pair<std::int32_t, std::int32_t>>;
+    grid.SetTextMatrix(3, 2, L"x");
+    grid.SetTextMatrix(3, 2, L"x");
+    EXPECT_EQ(display.changed, (Cells{{3, 2}}));
+    grid.SetRedraw(false);
+    grid.SetTextMatrix(4, 2, L"x");
+    EXPECT_EQ(display.changed, (Cells{{3, 2}, {4, 2}}));
+    EXPECT_EQ(display.redraws, 0);
+    grid.SetRedraw(true);
+    grid.SetRedraw(true);
+    EXPECT_EQ(display.redraws, 1);
+}
+
+TEST_F(GridRepaint, RowsAndColumnsThatComeGoOrMoveAreTold) {
+    const auto told = [&](const auto& change) {
+        display.Clear();
+        change();
+        return display.cells_moved;
+    };
+    EXPECT_EQ(told([&] { grid.AddItem(4); }), 1);
+    EXPECT_EQ(told([&] { grid.AddItem(4, 0); }), 0);
+    EXPECT_EQ(told([&] { grid.RemoveItem(4); }), 1);
+    EXPECT_EQ(told([&] { grid.MoveRows(3, 2, 5); }), 1);
+    EXPECT_EQ(told([&] { grid.MoveRows(3, 2, 3); }), 0);
+    EXPECT_EQ(told([&] { grid.SetRows(90); }), 1);
+    EXPECT_EQ(told([&] { grid.SetRows(90); }), 0);
+    EXPECT_EQ(told([&] { grid.SetCols(11); }), 1);
+    EXPECT_EQ(told([&] { grid.SetRow(7); }), 0);
+}
+
+// --- another screen ---
+
+TEST_F(GridRepaint, AnotherScaleIsAsIfMadeForIt) {
+    for (const int dpi : {110, 134, 144, 192, 96}) {
+        SCOPED_TRACE(dpi);
+        FlexGrid made{Scale(dpi)};
+        for (FlexGrid* g : {&grid, &made}) {
+            g->SetRows(100);
+            g->SetCols(10);
+            g->SetColWidth(3, 1234);
+            g->SetRowHeight(4, 777);
+            g->SetFrame({900, 600, 2, 17, 17});
+        }
+        display.Clear();
+        const Scale before = grid.PixelScale();
+        grid.SetScale(Scale(dpi));
+        EXPECT_EQ(display.invalid.empty(), before.dpi() == dpi);
+        EXPECT_EQ(grid.PixelScale().dpi(), dpi);
+        EXPECT_EQ(grid.ColWidth(3), 1234);
+        for (const std::int32_t line : {0, 1, 3, 4, 5, 9}) {
+            EXPECT_EQ(grid.CellRect(line, line), made.CellRect(line, line));
+            EXPECT_EQ(grid.RowPos(line), made.RowPos(line));
+            EXPECT_EQ(grid.ColPos(line), made.ColPos(line));
+        }
+        EXPECT_EQ(grid.VerticalBar(), made.VerticalBar());
+        EXPECT_EQ(grid.HorizontalBar(), made.HorizontalBar());
+    }
+}
+
+TEST_F(GridRepaint, TheSameScaleAgainChangesNothing) {
+    grid.SetScale(Scale(96));
+    EXPECT_TRUE(display.Idle());
+}
+
 }  // namespace
 }  // namespace demovex

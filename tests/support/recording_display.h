@@ -1,6 +1,7 @@
 // Records what a grid asks of its control.
 #pragma once
 
+#include <utility>
 #include <vector>
 
 #include "grid/flex_grid_impl.h"
@@ -22,6 +23,9 @@ class RecordingDisplay : public IFlexGridDisplay {
     void ScrollBarsChanged() override { ++bars; }
     void CurrentCellChanged() override { ++moves; }
     void SelectionChanged() override { ++selections; }
+    void CellChanged(std::int32_t row, std::int32_t col) override { changed.push_back({row, col}); }
+    void CellsMoved() override { ++cells_moved; }
+    void RedrawIsOn() override { ++redraws; }
     void Clear() { *this = RecordingDisplay(); }
     bool Idle() const { return invalid.empty() && scrolls.empty() && bars == 0; }
     // Pixels of the recorded rectangles, overlaps counted twice.
@@ -36,6 +40,9 @@ class RecordingDisplay : public IFlexGridDisplay {
     int bars = 0;
     int moves = 0;
     int selections = 0;
+    std::vector<std::pair<std::int32_t, std::int32_t>> changed;
+    int cells_moved = 0;
+    int redraws = 0;
 };
 
 }  // namespace demovex
