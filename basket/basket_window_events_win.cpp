@@ -9,8 +9,15 @@
 #include "basket/window_ids.h"
 #include "dialogs/about_box_win.h"
 #include "dialogs/about_text.h"
+#include "platform/screen_scale_win.h"
 
 namespace demovex {
+namespace {
+
+// Since Windows 8.1; older ones have one scale for all screens.
+constexpr UINT kDpiChanged = 0x02E0;  // WM_DPICHANGED
+
+}  // namespace
 
 // --- the edge
 
@@ -52,6 +59,7 @@ LRESULT CALLBACK BasketWindowImpl::Procedure(HWND window, UINT message, WPARAM w
         SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(impl));
         impl->window_ = window;
         impl->self_ = impl->weak_from_this().lock();
+        ScaleBordersOf(window);
     }
     if (impl == nullptr) return DefWindowProcW(window, message, wparam, lparam);
     const auto keep = impl->KeepAlive();
@@ -134,20 +142,27 @@ LRESULT BasketWindowImpl::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) 
             return 0;
         case WM_SYSCOLORCHANGE:
         case WM_SETTINGCHANGE:
-            for (HWND child = GetWindow(window, GW_CHILD); child != nullptr;
-                 child = GetWindow(child, GW_HWNDNEXT)) {
-                SendMessageW(child, message, wparam, lparam);
-            }
-            if (message == WM_SYSCOLORCHANGE && initialised_) toolbar_->Build();
-            if (message == WM_SETTINGCHANGE && own_services_) own_services_->SettingsChanged();
-            RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
+            OnSettings(message, wparam, lparam);
             break;
+        case WM_THEMECHANGED:
+            if (editor_) ApplyScaleAndFont();
+            break;
+        case kDpiChanged:
+            OnDpiChanged(LOWORD(wparam), lparam);
+            return 0;
         case WM_CLOSE:
             CloseUnlessCancelled();
             return 0;
         case WM_QUERYENDSESSION:
-            return CloseUnlessCancelled() ? TRUE : FALSE;
+            return OnQueryEndSession(lparam) ? TRUE : FALSE;
+        case WM_ENDSESSION:
+            OnEndSession(wparam != FALSE);
+            return 0;
         default:
+            if (message == HelpMessage()) {
+                OnHelp();
+                return 0;
+            }
             break;
     }
     return DefWindowProcW(window, message, wparam, lparam);
@@ -157,6 +172,7 @@ LRESULT BasketWindowImpl::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) 
 
 void BasketWindowImpl::OnSize(WPARAM kind) {
     if (kind == SIZE_MINIMIZED || !status_ || !toolbar_) return;
+    if (rescaling_) return LayOut();
     RECT client{};
     GetClientRect(window_, &client);
     toolbar_->Layout(client.right);

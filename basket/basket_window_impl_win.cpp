@@ -2,6 +2,7 @@
 #include "basket/basket_window_impl_win.h"
 
 #include <algorithm>
+#include <cstring>
 #include <utility>
 #include <vector>
 
@@ -11,6 +12,7 @@
 #include "basket/window_keys_win.h"
 #include "basket/window_placement.h"
 #include "grid/cell_name.h"
+#include "platform/screen_scale_win.h"
 
 namespace demovex {
 namespace {
@@ -19,13 +21,6 @@ constexpr int kIcon = 1;        // resource number
 constexpr int kFirstRows = 20;  // basket rows in view at first
 // Below the last row in view, so that the editor opens on it, too.
 constexpr Twips kRoomBelow = 90;
-
-int SystemDpi() noexcept {
-    HDC screen = GetDC(nullptr);
-    const int dpi = screen != nullptr ? GetDeviceCaps(screen, LOGPIXELSX) : 96;
-    if (screen != nullptr) ReleaseDC(nullptr, screen);
-    return dpi > 0 ? dpi : 96;
-}
 
 UniqueIcon LoadPicture(HINSTANCE module, int width, int height) {
     return UniqueIcon(static_cast<HICON>(
@@ -105,21 +100,20 @@ void BasketWindowImpl::RegisterClasses() {
     }
 }
 
-void BasketWindowImpl::CreateFont() {
-    NONCLIENTMETRICSW metrics{};
-    metrics.cbSize = sizeof metrics;
-    if (!SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0)) {
-        RaiseRuntimeError(runtime_error::kOutOfMemory);
-    }
-    LOGFONTW& font = metrics.lfMessageFont;
-    font.lfHeight = MulDiv(font.lfHeight, scale_.dpi(), SystemDpi());
-    font_.reset(CreateFontIndirectW(&font));
-    if (!font_) RaiseRuntimeError(runtime_error::kOutOfMemory);
+bool BasketWindowImpl::CreateFont() {
+    LOGFONTW shape{};
+    if (!MessageFont(scale_.dpi(), shape)) RaiseRuntimeError(runtime_error::kOutOfMemory);
+    if (font_ && std::memcmp(&shape, &font_shape_, sizeof shape) == 0) return false;
+    UniqueFont font(CreateFontIndirectW(&shape));
+    if (!font) RaiseRuntimeError(runtime_error::kOutOfMemory);
+    // the controls use the former one until they are told of this one
+    former_font_ = std::exchange(font_, std::move(font));
+    font_shape_ = shape;
+    return true;
 }
 
 void BasketWindowImpl::Create() {
     RegisterClasses();
-    CreateFont();
     const auto keep = shared_from_this();
     if (CreateWindowExW(WS_EX_CONTROLPARENT, kBasketWindowClass,
                         std::wstring(kDesignedCaption).c_str(),
@@ -128,6 +122,8 @@ void BasketWindowImpl::Create() {
         RaiseRuntimeError(runtime_error::kOutOfMemory);
     }
     try {
+        if (options_.dpi <= 0) scale_ = Scale(WindowDpi(window_));
+        CreateFont();
         CreateControls();
         SetFirstSize();
     } catch (...) {
@@ -136,13 +132,19 @@ void BasketWindowImpl::Create() {
     }
 }
 
-void BasketWindowImpl::CreateControls() {
-    large_icon_ = LoadPicture(module_, GetSystemMetrics(SM_CXICON), GetSystemMetrics(SM_CYICON));
-    small_icon_ =
-        LoadPicture(module_, GetSystemMetrics(SM_CXSMICON), GetSystemMetrics(SM_CYSMICON));
-    SendMessageW(window_, WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(large_icon_.get()));
-    SendMessageW(window_, WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(small_icon_.get()));
+void BasketWindowImpl::LoadIcons() {
+    UniqueIcon large =
+        LoadPicture(module_, MetricOf(window_, SM_CXICON), MetricOf(window_, SM_CYICON));
+    UniqueIcon small =
+        LoadPicture(module_, MetricOf(window_, SM_CXSMICON), MetricOf(window_, SM_CYSMICON));
+    SendMessageW(window_, WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(large.get()));
+    SendMessageW(window_, WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(small.get()));
+    large_icon_ = std::move(large);
+    small_icon_ = std::move(small);
+}
 
+void BasketWindowImpl::CreateControls() {
+    LoadIcons();
     if (options_.services != nullptr) {
         services_ = options_.services;
     } else {
@@ -177,13 +179,13 @@ void BasketWindowImpl::CreateControls() {
 void BasketWindowImpl::SetFirstSize() {
     int columns = 0;
     for (const ColumnRow& column : kColumns) columns += scale_.ToPixels(column.width);
-    const int edges = 2 * GetSystemMetrics(SM_CXEDGE);
+    const int edges = 2 * MetricOf(window_, SM_CXEDGE);
     status_->Layout();
     const int row = scale_.ToPixels(grid_->Grid().RowHeight(0));
-    RECT rect{0, 0, columns + edges + GetSystemMetrics(SM_CXVSCROLL),
+    RECT rect{0, 0, columns + edges + MetricOf(window_, SM_CXVSCROLL),
               scale_.ToPixels(kToolbarHeight) + status_->Height() + edges + (kFirstRows + 2) * row +
                   scale_.ToPixels(kRoomBelow)};
-    AdjustWindowRectEx(&rect, WS_OVERLAPPEDWINDOW, TRUE, WS_EX_CONTROLPARENT);
+    GrowToWindow(window_, rect);
     SetWindowPos(window_, nullptr, 0, 0, rect.right - rect.left, rect.bottom - rect.top,
                  SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
@@ -191,7 +193,7 @@ void BasketWindowImpl::SetFirstSize() {
 void BasketWindowImpl::OnMinimum(MINMAXINFO& info) const {
     // the toolbar's buttons and a few rows
     RECT rect{0, 0, scale_.ToPixels(6300), scale_.ToPixels(2400)};
-    AdjustWindowRectEx(&rect, WS_OVERLAPPEDWINDOW, TRUE, WS_EX_CONTROLPARENT);
+    GrowToWindow(window_, rect);
     info.ptMinTrackSize = {rect.right - rect.left, rect.bottom - rect.top};
 }
 
@@ -209,6 +211,16 @@ void BasketWindowImpl::Initialize() {
     }
 }
 
+// Where each monitor has its own scale, the size that the window needs is known only there.
+void BasketWindowImpl::GoToMonitor(const RECT& area) {
+    if (options_.dpi > 0) return;
+    const int before = scale_.dpi();
+    SetWindowPos(window_, nullptr, area.left, area.top, 0, 0,
+                 SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+    Rescale(WindowDpi(window_));
+    if (scale_.dpi() != before) SetFirstSize();
+}
+
 void BasketWindowImpl::Show() {
     const auto keep = shared_from_this();
     if (window_ == nullptr) RaiseRuntimeError(runtime_error::kObjectNotSet);
@@ -216,14 +228,15 @@ void BasketWindowImpl::Show() {
     HWND host = GetActiveWindow() != nullptr ? GetActiveWindow() : GetForegroundWindow();
     MONITORINFO monitor{};
     monitor.cbSize = sizeof monitor;
-    RECT rect{};
-    GetWindowRect(window_, &rect);
     const DWORD otherwise = host != nullptr ? MONITOR_DEFAULTTONEAREST : MONITOR_DEFAULTTOPRIMARY;
     if (GetMonitorInfoW(MonitorFromWindow(host, otherwise), &monitor)) {
+        GoToMonitor(monitor.rcWork);
+        RECT rect{};
+        GetWindowRect(window_, &rect);
         const PixelRect place =
             PlaceWindow(ToPixelRect(monitor.rcWork), rect.right - rect.left, rect.bottom - rect.top,
                         OtherWindows(window_),
-                        GetSystemMetrics(SM_CYCAPTION) + GetSystemMetrics(SM_CYSIZEFRAME));
+                        MetricOf(window_, SM_CYCAPTION) + MetricOf(window_, SM_CYSIZEFRAME));
         SetWindowPos(window_, nullptr, place.left, place.top, place.width(), place.height(),
                      SWP_NOZORDER | SWP_NOACTIVATE);
     }

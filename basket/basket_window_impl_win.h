@@ -48,7 +48,11 @@ class BasketWindowImpl final : public std::enable_shared_from_this<BasketWindowI
     IEditorView& Editor() override { return *editor_; }
     void SendGridKey(GridKey key) override { grid_->SendKey(key); }
     void SendEditKey(EditKey key) override;
-    TwipsPoint GridOrigin() const override { return {grid_rect_.left, grid_rect_.top}; }
+    // where the grid's pixels stand: its twips may lie between two of them
+    TwipsPoint GridOrigin() const override {
+        return {scale_.ToTwips(scale_.ToPixels(grid_rect_.left)),
+                scale_.ToTwips(scale_.ToPixels(grid_rect_.top))};
+    }
     void MoveGrid(const TwipsRect& rect) override;
     Twips InnerWidth() const override;
     Twips InnerHeight() const override;
@@ -102,7 +106,20 @@ class BasketWindowImpl final : public std::enable_shared_from_this<BasketWindowI
     void OnDestroyed() noexcept;
     bool CloseUnlessCancelled() noexcept;
     void RestoreFocus() noexcept;
-    void CreateFont();
+    // The user's font for the window's scale; false when it is the one in use.
+    bool CreateFont();
+    void LoadIcons();
+    void GoToMonitor(const RECT& area);
+    void Rescale(int dpi);
+    void ApplyScaleAndFont();
+    void LayOut();
+    void OnDpiChanged(int dpi, LPARAM place);
+    void OnSettings(UINT message, WPARAM wparam, LPARAM lparam);
+    bool OnQueryEndSession(LPARAM reasons);
+    void OnEndSession(bool ends);
+    // What a dialog of the system's tells its owner when its help button is pressed.
+    static UINT HelpMessage() noexcept;
+    void OnHelp();
     void CreateControls();
     void SetFirstSize();
     void RegisterClasses();
@@ -115,6 +132,8 @@ class BasketWindowImpl final : public std::enable_shared_from_this<BasketWindowI
     std::shared_ptr<BasketWindowImpl> self_;
     HWND window_ = nullptr;
     Scale scale_;
+    LOGFONTW font_shape_{};
+    UniqueFont former_font_;
     UniqueFont font_;
     UniqueIcon large_icon_;
     UniqueIcon small_icon_;
@@ -133,6 +152,7 @@ class BasketWindowImpl final : public std::enable_shared_from_this<BasketWindowI
     HWND last_focus_ = nullptr;
     bool initialised_ = false;
     bool closing_ = false;
+    bool rescaling_ = false;
 };
 
 }  // namespace demovex

@@ -169,6 +169,11 @@ void CellEditor::Realign() {
     }
 }
 
+bool CellEditor::TypedInto() const {
+    return view_.BackgroundVisible() &&
+           view_.Text() != grid_.TextMatrix(state_.EditRow, state_.EditCol);
+}
+
 void CellEditor::IPText_KeyDown(int& key_code, int shift) {
     if (!view_.BackgroundVisible()) return;  // a key that was on its way when the editor closed
     RememberSelection();

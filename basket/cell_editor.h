@@ -34,6 +34,9 @@ class CellEditor final : public ICellCommit {
     // when the cell is no longer wholly visible. What is being typed stays as it is.
     void Realign();
 
+    // Whether the editor is open on a text that its cell does not have yet.
+    bool TypedInto() const;
+
     // --- the text box; a handler that uses a key sets it to 0
     void IPText_KeyDown(int& key_code, int shift);
     void IPText_KeyPress(int& key_ascii);

@@ -98,6 +98,29 @@ void TestLibForm::Form_Resize() {
     rooms_->view_commands.Form_Resize();
 }
 
+void TestLibForm::LayOut() {
+    rooms_->view_commands.LayOut();
+}
+
+std::wstring TestLibForm::UnsavedChanges() const {
+    const BasketState& state = rooms_->state;
+    if (state.InitPending || !(state.Modified || rooms_->editor.TypedInto())) return {};
+    // the system cuts long reasons
+    constexpr std::size_t kLongest = 100;
+    std::wstring name = state.CurrentPath.substr(state.CurrentPath.find_last_of(L'\\') + 1);
+    if (name.size() > kLongest) name.replace(kLongest, std::wstring::npos, L"...");
+    if (name.empty()) return L"Der Warenkorb ist nicht gespeichert.";
+    return L"Der Warenkorb '" + name + L"' ist nicht gespeichert.";
+}
+
+void TestLibForm::SessionEnds() noexcept {
+    try {
+        rooms_->view_commands.WriteSettings();
+    } catch (...) {
+        // nothing may stand in the way of the session's end
+    }
+}
+
 bool TestLibForm::Form_Unload() {
     Rooms& r = *rooms_;
     // A second wish to close while the first still asks its question.

@@ -43,6 +43,13 @@ class TestLibForm final : public IMSContainer, public IFlexGridEvents {
     void Initialize();
     void DoReSize();
     void Form_Resize();
+    // Puts grid and editor in their places in a window whose measures have changed; an open editor
+    // stays open.
+    void LayOut();
+    // What the user would lose if the session ended now, as a text to wait for; empty for nothing.
+    std::wstring UnsavedChanges() const;
+    // The session ends: writes the settings. Asks nothing and raises nothing.
+    void SessionEnds() noexcept;
     // True when the window stays open. After false the window destroys itself; ClientClosing has
     // been called and moLibrary is null.
     bool Form_Unload();

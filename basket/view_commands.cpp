@@ -78,12 +78,22 @@ void ViewCommands::Form_Resize() {
     } catch (...) {
         failed = std::current_exception();
     }
+    PlaceGrid();
+    if (failed) std::rethrow_exception(failed);
+}
+
+void ViewCommands::PlaceGrid() {
     const Twips top = context_.state.ToolbarVisible ? kToolbarHeight : 0;
     const Twips bottom = context_.state.StatusbarVisible ? context_.view.StatusbarHeight() : 0;
     const Twips height = context_.view.InnerHeight() - top - bottom;
     context_.view.MoveGrid(
         {0, top, std::max<Twips>(0, context_.view.InnerWidth()), std::max<Twips>(0, height)});
-    if (failed) std::rethrow_exception(failed);
+}
+
+void ViewCommands::LayOut() {
+    if (context_.view.Minimised()) return;
+    PlaceGrid();
+    editor_.Realign();
 }
 
 void ViewCommands::mnuAnsichtGotoCatalogPage_Click() {

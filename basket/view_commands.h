@@ -22,6 +22,8 @@ class ViewCommands {
     // Closes the editor and places the grid between the bars. Idle while minimised. Raises what the
     // commit raises, with the grid in its place.
     void Form_Resize();
+    // Places the grid and an open editor, which stays open. Idle while minimised.
+    void LayOut();
 
     // Shows the current row's catalogue position in the host; a row without one does nothing.
     // Raises the host's error; 91 when the window has no owner any more.
@@ -31,6 +33,7 @@ class ViewCommands {
     void mnuAnsichtStatusleiste_Click();
 
   private:
+    void PlaceGrid();
     void ShowCheck(Command item, bool checked);
 
     BasketContext& context_;

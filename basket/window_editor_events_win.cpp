@@ -28,7 +28,67 @@ bool TextBoxKnows(wchar_t character) noexcept {
            character == 0x18 || character == 0x1A;
 }
 
+// What may give the text box another text, selection or place of its text.
+bool ChangesLook(UINT message) noexcept {
+    switch (message) {
+        case WM_PAINT:
+        case WM_SETTEXT:
+        case WM_SETFONT:
+        case WM_CHAR:
+        case WM_KEYDOWN:
+        case WM_LBUTTONDOWN:
+        case WM_LBUTTONUP:
+        case WM_SETFOCUS:
+        case WM_KILLFOCUS:
+        case WM_CUT:
+        case WM_PASTE:
+        case WM_CLEAR:
+        case WM_UNDO:
+        case EM_UNDO:
+        case EM_SETSEL:
+            return true;
+        default:
+            return false;
+    }
+}
+
 }  // namespace
+
+// The text box draws nothing to the left of itself, and some glyphs reach there from the box's
+// beginning. That part of them stands on the background, as it does in the cell.
+
+// The first character of a text that is neither scrolled nor highlighted; 0 for none.
+wchar_t WindowEditor::Overhanging() const {
+    const HWND text = TextWindow();
+    if (right_ || !text_visible_) return 0;
+    wchar_t first[2] = L"";
+    if (GetWindowTextW(text, first, 2) == 0) return 0;
+    if (LOWORD(SendMessageW(text, EM_POSFROMCHAR, 0, 0)) != 0) return 0;
+    DWORD start = 0, end = 0;
+    SendMessageW(text, EM_GETSEL, reinterpret_cast<WPARAM>(&start), reinterpret_cast<LPARAM>(&end));
+    return start == 0 && end > 0 && GetFocus() == text ? L'\0' : first[0];
+}
+
+void WindowEditor::PaintOverhang(HDC dc) const {
+    if (overhang_ == 0) return;
+    const RECT& text = text_rect_[0];
+    const RECT before{0, text.top, text.left, text.bottom};
+    const auto font = reinterpret_cast<HFONT>(SendMessageW(TextWindow(), WM_GETFONT, 0, 0));
+    const HGDIOBJ previous = SelectObject(dc, font);
+    SetBkMode(dc, TRANSPARENT);
+    SetTextColor(dc, GetSysColor(COLOR_WINDOWTEXT));
+    ExtTextOutW(dc, text.left, text.top, ETO_CLIPPED, &before, &overhang_, 1, nullptr);
+    SelectObject(dc, previous);
+}
+
+void WindowEditor::FollowOverhang() {
+    const wchar_t now = Overhanging();
+    if (now == overhang_) return;
+    overhang_ = now;
+    const RECT& text = text_rect_[0];
+    const RECT before{0, text.top, text.left, text.bottom};
+    InvalidateRect(background_, &before, FALSE);
+}
 
 LRESULT CALLBACK WindowEditor::PictureProc(HWND window, UINT message, WPARAM wparam,
                                            LPARAM lparam) noexcept {
@@ -56,6 +116,7 @@ LRESULT WindowEditor::OnPictureMessage(HWND window, UINT message, WPARAM wparam,
                 PaintButton(dc);
             } else {
                 FillRect(dc, &paint.rcPaint, GetSysColorBrush(COLOR_WINDOW));
+                PaintOverhang(dc);
             }
             EndPaint(window, &paint);
             return 0;
@@ -94,6 +155,7 @@ LRESULT CALLBACK WindowEditor::TextProc(HWND window, UINT message, WPARAM wparam
     // what this message points to may be any program's: the control's own answer needs none of it
     if (message == WM_GETDLGCODE) lparam = 0;
     const LRESULT result = CallWindowProcW(editor.text_proc_, window, message, wparam, lparam);
+    if (ChangesLook(message) && IsWindow(window)) editor.FollowOverhang();
     // in every host the editor gets all keys
     return message == WM_GETDLGCODE ? result | DLGC_WANTALLKEYS : result;
 }

@@ -81,9 +81,6 @@ WindowEditor::WindowEditor(const Settings& settings, IFormGate& gate,
         const DWORD alignment = &text == &text_[1] ? ES_RIGHT : ES_LEFT;
         text = CreateChild(background_, settings.module, WC_EDITW, child_id::kIPText,
                            alignment | ES_AUTOHSCROLL);
-        SendMessageW(text, WM_SETFONT, reinterpret_cast<WPARAM>(settings.font), FALSE);
-        const int right = alignment == ES_RIGHT ? scale_.ToPixels(kTextMargin) : 0;
-        SendMessageW(text, EM_SETMARGINS, EC_LEFTMARGIN | EC_RIGHTMARGIN, MAKELPARAM(0, right));
         text_proc_ = Subclass(text, &WindowEditor::TextProc);
     }
     button_ =
@@ -91,12 +88,24 @@ WindowEditor::WindowEditor(const Settings& settings, IFormGate& gate,
     SetWindowLongPtrW(button_, GWLP_USERDATA, self);
     list_ = CreateChild(parent_, settings.module, WC_LISTBOXW, child_id::kIPComboList,
                         WS_BORDER | WS_VSCROLL | LBS_NOINTEGRALHEIGHT);
-    SendMessageW(list_, WM_SETFONT, reinterpret_cast<WPARAM>(settings.font), FALSE);
-    SendMessageW(list_, LB_SETITEMHEIGHT, 0, scale_.ToPixels(kListRow));
+    SetScale(settings.scale, settings.font);
     list_proc_ = Subclass(list_, &WindowEditor::ListProc);
     constexpr DWORD label = WS_VISIBLE | SS_LEFT | SS_NOPREFIX;
     text_label_ = CreateChild(background_, settings.module, WC_STATICW, -1, label);
     list_label_ = CreateChild(parent_, settings.module, WC_STATICW, -1, label);
+}
+
+void WindowEditor::SetScale(const Scale& scale, HFONT font) {
+    scale_ = scale;
+    if (gone_) return;
+    const auto observed = reinterpret_cast<WPARAM>(font);
+    for (HWND text : text_) {
+        SendMessageW(text, WM_SETFONT, observed, FALSE);
+        const int right = text == text_[1] ? scale_.ToPixels(kTextMargin) : 0;
+        SendMessageW(text, EM_SETMARGINS, EC_LEFTMARGIN | EC_RIGHTMARGIN, MAKELPARAM(0, right));
+    }
+    SendMessageW(list_, WM_SETFONT, observed, FALSE);
+    SendMessageW(list_, LB_SETITEMHEIGHT, 0, scale_.ToPixels(kListRow));
 }
 
 WNDPROC WindowEditor::Subclass(HWND window, WNDPROC procedure) {

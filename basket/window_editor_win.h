@@ -41,6 +41,10 @@ class WindowEditor final : public IEditorView {
     // The grid: it gets the focus that a hidden editor had, the mouse wheel, and Tab.
     void SetGrid(HWND grid) { grid_ = grid; }
 
+    // Another screen, with a font of that screen (outlives the editor). What is open is placed anew
+    // by whoever lays the window out.
+    void SetScale(const Scale& scale, HFONT font);
+
     // Registers and removes the class of the picture boxes.
     static void RegisterWindowClass(HINSTANCE module);
     static void UnregisterWindowClass(HINSTANCE module) noexcept;
@@ -103,6 +107,9 @@ class WindowEditor final : public IEditorView {
     bool OnListMessage(UINT message, WPARAM wparam, LPARAM lparam);
     LRESULT OnPictureMessage(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
     void PaintButton(HDC dc) const;
+    wchar_t Overhanging() const;
+    void PaintOverhang(HDC dc) const;
+    void FollowOverhang();
     void OnTextChanged();
     void Tick() noexcept;
     void HideBackground();
@@ -127,7 +134,8 @@ class WindowEditor final : public IEditorView {
     HWND list_label_ = nullptr;
     std::wstring name_;  // the cell's
     std::int32_t max_length_ = 0;
-    bool gone_ = false;  // the windows are destroyed
+    wchar_t overhang_ = 0;  // the glyph whose overhang stands on the background
+    bool gone_ = false;     // the windows are destroyed
     bool right_ = false;
     bool background_visible_ = false;
     bool background_held_ = false;

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "basket/window_ids.h"
+#include "platform/screen_scale_win.h"
 
 namespace demovex {
 namespace {
@@ -60,6 +61,12 @@ WindowNote::~WindowNote() {
     if (window_ != nullptr) SetWindowLongPtrW(window_, GWLP_USERDATA, 0);
 }
 
+void WindowNote::SetScale(const Scale& scale, HFONT font) {
+    scale_ = scale;
+    font_ = font;
+    if (window_ != nullptr) Place();
+}
+
 void WindowNote::Say(std::wstring_view text) {
     if (!IsWindow(window_) || (text.empty() && note_.TimeLeft(0) == 0)) return;
     note_.Say(text, GetTickCount64());
@@ -96,8 +103,8 @@ void WindowNote::Place() {
         GetTextExtentPoint32W(dc, text.c_str(), static_cast<int>(text.size()), &size);
         SelectObject(dc, before);
         ReleaseDC(window_, dc);
-        const int edge = GetSystemMetrics(SM_CYEDGE);
-        place.right = bar_.right - GetSystemMetrics(SM_CXVSCROLL);
+        const int edge = MetricOf(window_, SM_CYEDGE);
+        place.right = bar_.right - MetricOf(window_, SM_CXVSCROLL);
         place.left = std::max(bar_.left, place.right - static_cast<LONG>(size.cx) - 2 * Room());
         place.top = bar_.top + edge;
         place.bottom = bar_.bottom - edge;

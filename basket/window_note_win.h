@@ -25,6 +25,9 @@ class WindowNote {
     WindowNote(const WindowNote&) = delete;
     WindowNote& operator=(const WindowNote&) = delete;
 
+    // Another screen, with a font of that screen (observed).
+    void SetScale(const Scale& scale, HFONT font);
+
     // An empty text takes back what was said.
     void Say(std::wstring_view text);
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "basket/window_ids.h"
+#include "platform/screen_scale_win.h"
 
 namespace demovex {
 namespace {
@@ -73,7 +74,7 @@ RECT WindowStatus::Place() const noexcept {
 void WindowStatus::PlaceProgress() {
     RECT client{};
     GetClientRect(window_, &client);
-    const int grip = GetSystemMetrics(SM_CXVSCROLL);
+    const int grip = MetricOf(window_, SM_CXVSCROLL);
     const int width =
         std::min(scale_.ToPixels(kProgressWidth), static_cast<int>(client.right) - grip);
     const int edge = scale_.ToPixels(45);

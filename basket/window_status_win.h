@@ -18,6 +18,8 @@ class WindowStatus {
     void SetText(std::wstring_view text);
     const std::wstring& Text() const noexcept { return text_; }
     void Show(bool visible);
+    // Another screen. Layout follows.
+    void SetScale(const Scale& scale) { scale_ = scale; }
     // Lets the bar follow the parent's size.
     void Layout();
     int Height() const noexcept;

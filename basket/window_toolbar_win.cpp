@@ -25,6 +25,12 @@ int ResourceNumber(int number, int size) noexcept {
             return number + 2000;
         case 32:
             return number + 3000;
+        case 40:
+            return number + 4000;
+        case 48:
+            return number + 5000;
+        case 64:
+            return number + 6000;
         default:
             return number;
     }
@@ -63,7 +69,7 @@ void Recolour(HBITMAP bitmap, int size, bool disabled) {
 }  // namespace
 
 int GlyphSize(int dpi) noexcept {
-    for (const int size : {32, 24, 20}) {
+    for (const int size : {64, 48, 40, 32, 24, 20}) {
         if (dpi * 16 / 96 >= size) return size;
     }
     return 16;
@@ -78,6 +84,11 @@ WindowToolbar::WindowToolbar(HWND parent, HINSTANCE module, const Scale& scale)
     // the buttons' texts are for assistive programs alone
     SendMessageW(window_, TB_SETMAXTEXTROWS, 0, 0);
     SetWindowTextW(window_, L"Symbolleiste");
+    SetScale(scale);
+}
+
+void WindowToolbar::SetScale(const Scale& scale) {
+    scale_ = scale;
     SendMessageW(window_, TB_SETINDENT, static_cast<WPARAM>(scale_.ToPixels(30)), 0);
 }
 

@@ -19,6 +19,9 @@ class WindowToolbar {
     // the system refuses.
     void Build();
 
+    // Another screen. Build follows, and Layout.
+    void SetScale(const Scale& scale);
+
     void Show(bool visible);
     // Stretches the bar along the top edge of a client area of `width` pixels, its buttons in the
     // middle of the 360 twips.
@@ -43,7 +46,7 @@ class WindowToolbar {
     UniqueImageList disabled_images_;
 };
 
-// Side of the glyphs for a screen: the largest of 16, 20, 24 and 32 pixels that fits.
+// Side of the glyphs for a screen: the largest of 16, 20, 24, 32, 40, 48 and 64 pixels that fits.
 int GlyphSize(int dpi) noexcept;
 
 }  // namespace demovex

@@ -82,6 +82,7 @@ FileDialogResult Show(const FileDialogRequest& request, HWND owner,
     dialog.nMaxFile = static_cast<DWORD>(file.size());
     dialog.lpstrInitialDir = request.init_dir.empty() ? nullptr : request.init_dir.c_str();
     dialog.lpstrTitle = request.title.empty() ? nullptr : request.title.c_str();
+    dialog.lCustData = request.help_context;  // for an owner that is asked for help
     dialog.Flags = request.flags | kAlways;
     // the help message goes to the owner; without one there is nobody to send it to
     if (owner == nullptr) dialog.Flags &= ~static_cast<DWORD>(OFN_SHOWHELP);

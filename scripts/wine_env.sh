@@ -7,6 +7,7 @@
 #                         size; DEMOVEX_MONITORS ("800x700+0+0 560x300+800+200") divides it into
 #                         monitors from left to right, DEMOVEX_WORKAREA ("X, Y, WIDTH, HEIGHT") is
 #                         what bars at its edges leave free
+#   wine_dpi N            the user's resolution in the prefix, in dots per inch
 #   stop_all              ends the prefix's server and the display
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
@@ -114,6 +115,14 @@ start_display() {
   done
   [ -z "${DEMOVEX_WORKAREA:-}" ] ||
     xprop -root -f _NET_WORKAREA 32c -set _NET_WORKAREA "$DEMOVEX_WORKAREA" || return 1
+}
+
+# The user's resolution in the prefix at hand, in dots per inch; before start_wine.
+wine_dpi() {
+  timeout 60 wineserver -p > /dev/null 2>&1
+  timeout 60 wine reg add 'HKCU\Control Panel\Desktop' /v LogPixels /t REG_DWORD /d "$1" /f \
+    > /dev/null 2>&1 < /dev/null
+  timeout 60 wineserver -k; timeout 60 wineserver -w
 }
 
 # A persistent server and one warm-up program whose services hold no pipe of ours open.

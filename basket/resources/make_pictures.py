@@ -1,4 +1,4 @@
-#!/usr/bin/env python3
+#!/ usr / bin / env python3
 """Draws the toolbar glyphs and the window's icon from pictures.txt.
 
   make_pictures.py pictures.txt OUTPUT_FOLDER
@@ -32,8 +32,8 @@ PALETTE = {
 }
 NAMES = list(PALETTE)
 NOTHING = 'magenta'
-# resource numbers of a glyph: NUMBER for 16 pixels, NUMBER + offset for the others
-GLYPH_SIZES = {16: 0, 20: 1000, 24: 2000, 32: 3000}
+#resource numbers of a glyph : NUMBER for 16 pixels, NUMBER + offset for the others
+GLYPH_SIZES = {16: 0, 20: 1000, 24: 2000, 32: 3000, 40: 4000, 48: 5000, 64: 6000}
 ICON_SIZES = (16, 24, 32, 48)
 
 
@@ -45,7 +45,7 @@ class Canvas:
         self.n = size * sub
         self.scale = size / 16.0
         self.sub = sub
-        self.stroke = (2 if size >= 32 else 1) * sub
+        self.stroke = max(1, size // 16) * sub
         self.cells = [[None] * self.n for _ in range(self.n)]
 
     def at(self, value):
@@ -87,7 +87,7 @@ class Canvas:
         t = self.stroke
         if self.sub > 1:
             t = max(t, int(self.scale * self.sub))
-        # from the first sample of the first unit square to that of the last
+#from the first sample of the first unit square to that of the last
         points = [(self.at(x), self.at(y)) for x, y in points]
         for (x0, y0), (x1, y1) in zip(points, points[1:]):
             steps = max(abs(x1 - x0), abs(y1 - y0), 1)

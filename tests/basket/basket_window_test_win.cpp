@@ -174,17 +174,6 @@ TEST(BasketWindow, TheExitCommandClosesAsTheUserWould) {
     EXPECT_EQ(basket.owner->closed, 1);
 }
 
-TEST(BasketWindow, TheEndOfTheSessionAsksAndMayBeRefused) {
-    BasketWindowFixture basket;
-    basket.Link(L"4711");
-    basket.messages.answers = {MessageAnswer::kCancel};
-    EXPECT_EQ(SendMessageW(basket.Handle(), WM_QUERYENDSESSION, 0, 0), FALSE);
-    EXPECT_TRUE(basket.window->Alive());
-    basket.messages.answers = {MessageAnswer::kNo};
-    EXPECT_EQ(SendMessageW(basket.Handle(), WM_QUERYENDSESSION, 0, 0), TRUE);
-    EXPECT_FALSE(basket.window->Alive());
-}
-
 TEST(BasketWindow, AWindowThatTheHostDestroysTellsTheOwnerAndLetsGo) {
     BasketWindowFixture basket;
     basket.Link(L"4711");

@@ -108,6 +108,30 @@ TEST_P(WindowEditorAtDpi, TheDescriptionsTextStandsWhereTheCellsTextStands) {
     ExpectSamePlace(basket, 1, column::kBezeichnung);
 }
 
+// Some glyphs reach to the left of where they stand.
+TEST_P(WindowEditorAtDpi, AGlyphsLeftOverhangIsWhole) {
+    BasketWindowFixture basket(HostLoop::kBare, GetParam());
+    const HWND grid = basket.Child(child_id::kListe);
+    std::wstring text;
+    HDC dc = GetDC(grid);
+    const HGDIOBJ before =
+        SelectObject(dc, reinterpret_cast<HFONT>(SendMessageW(grid, WM_GETFONT, 0, 0)));
+    for (const wchar_t glyph : std::wstring_view(L"jJfgyA_\u0458\u012F\u0135")) {
+        ABC widths{};
+        if (GetCharABCWidthsW(dc, glyph, glyph, &widths) && widths.abcA < 0) text += glyph;
+    }
+    SelectObject(dc, before);
+    ReleaseDC(grid, dc);
+    ASSERT_TRUE(GetParam() < 144 || !text.empty()) << "no such glyph in this font";
+    for (const wchar_t glyph : text) {
+        SCOPED_TRACE(static_cast<int>(glyph));
+        basket.Link(L"");
+        ASSERT_EQ(basket.Grid().Col(), column::kBezeichnung);
+        basket.Type(std::wstring(4, glyph));
+        ExpectSamePlace(basket, basket.Lines(), column::kBezeichnung);
+    }
+}
+
 TEST_P(WindowEditorAtDpi, TheQuantityStandsRightWhereTheCellsTextStands) {
     BasketWindowFixture basket(HostLoop::kBare, GetParam());
     basket.Link(L"4711");

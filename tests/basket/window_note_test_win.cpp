@@ -22,9 +22,9 @@ class NoteWindow : public BasketWindowFixture {
         window->View().ShowNote(said);
         Pump();
     }
-    static RECT Of(HWND window) {
+    static RECT Of(HWND control) {
         RECT rect{};
-        GetWindowRect(window, &rect);
+        GetWindowRect(control, &rect);
         return rect;
     }
     int Width() const { return Of(Note()).right - Of(Note()).left; }
