@@ -333,7 +333,7 @@ void BasketWindowImpl::EndProgress() {
 // The progress of long work has the same place.
 void BasketWindowImpl::PlaceNote() {
     const bool room = status_->Visible() && !status_->ShowsProgress();
-    note_->SetBar(room ? status_->Place() : RECT{});
+    note_->SetBar(room ? status_->TextPlace() : RECT{});
 }
 
 void BasketWindowImpl::SetMenuState(Command item, const MenuItemState& state) {

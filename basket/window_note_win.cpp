@@ -91,8 +91,8 @@ void WindowNote::SetBar(const RECT& bar) {
     if (window_ != nullptr) Place();
 }
 
-// At the right end of the bar, before the grip, inside the bar's edges; a text that does not fit
-// ends in three points.
+// At the right end of the bar, before the grip, as high as the bar's own text; a text that does not
+// fit ends in three points.
 void WindowNote::Place() {
     const std::wstring& text = note_.Text();
     RECT place{};
@@ -103,11 +103,10 @@ void WindowNote::Place() {
         GetTextExtentPoint32W(dc, text.c_str(), static_cast<int>(text.size()), &size);
         SelectObject(dc, before);
         ReleaseDC(window_, dc);
-        const int edge = MetricOf(window_, SM_CYEDGE);
         place.right = bar_.right - MetricOf(window_, SM_CXVSCROLL);
         place.left = std::max(bar_.left, place.right - static_cast<LONG>(size.cx) - 2 * Room());
-        place.top = bar_.top + edge;
-        place.bottom = bar_.bottom - edge;
+        place.top = bar_.top;
+        place.bottom = bar_.bottom;
         if (place.left >= place.right || place.top >= place.bottom) place = {};
     }
     SetWindowPos(window_, nullptr, place.left, place.top, place.right - place.left,

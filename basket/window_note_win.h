@@ -31,7 +31,8 @@ class WindowNote {
     // An empty text takes back what was said.
     void Say(std::wstring_view text);
 
-    // The place of the status bar in the parent's client area; empty where the note has no room.
+    // Where the status bar shows its text, in the parent's client area; empty where the note has no
+    // room.
     void SetBar(const RECT& bar);
 
     HWND Handle() const noexcept { return window_; }

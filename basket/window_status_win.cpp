@@ -64,10 +64,12 @@ bool WindowStatus::Visible() const noexcept {
     return (GetWindowLongPtrW(window_, GWL_STYLE) & WS_VISIBLE) != 0;
 }
 
-RECT WindowStatus::Place() const noexcept {
-    RECT rect{};
-    GetWindowRect(window_, &rect);
-    MapWindowPoints(nullptr, GetParent(window_), reinterpret_cast<POINT*>(&rect), 2);
+RECT WindowStatus::TextPlace() const noexcept {
+    RECT client{}, part{};
+    GetClientRect(window_, &client);
+    SendMessageW(window_, SB_GETRECT, 0, reinterpret_cast<LPARAM>(&part));
+    RECT rect{client.left, part.top, client.right, part.bottom};
+    MapWindowPoints(window_, GetParent(window_), reinterpret_cast<POINT*>(&rect), 2);
     return rect;
 }
 

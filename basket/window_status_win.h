@@ -23,9 +23,9 @@ class WindowStatus {
     // Lets the bar follow the parent's size.
     void Layout();
     int Height() const noexcept;
-    // Whether it stands in the window, and where in the window's client area.
+    // Whether it stands in the window, and where in the window's client area it shows its text.
     bool Visible() const noexcept;
-    RECT Place() const noexcept;
+    RECT TextPlace() const noexcept;
 
     // Long work: begun and ended in pairs, which may nest. `fraction` runs from 0 to 1. Nothing
     // here takes input or dispatches messages of other windows.

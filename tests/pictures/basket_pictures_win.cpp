@@ -213,6 +213,16 @@ int TakeAll(Photographer& photographer) {
     basket.Select(4, column::kMenge, 7, column::kGesamtAts);
     photographer.Take("selection", basket.Handle());
 
+    basket.Select(3, column::kPreisAts);
+    basket.window->View().ShowNote(L"Rückgängig: 3 Zeilen gelöscht");
+    photographer.Take("note", basket.Handle());
+    basket.window->View().ShowNote(
+        L"Zeile 4: Artikel 9999 steht nicht im Artikelstamm, Zeile 7: Artikel 12345678 steht nicht "
+        L"im "
+        L"Artikelstamm, und so geht es noch eine ganze Weile weiter");
+    photographer.Take("note-long", basket.Handle());
+    basket.window->View().ShowNote({});
+
     basket.Select(8, column::kMenge);
     if (!basket.EditorOpen()) photographer.Miss("editing: no editor");
     photographer.Take("editing", basket.Handle());
