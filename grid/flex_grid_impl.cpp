@@ -259,7 +259,8 @@ bool FlexGrid::StandsRight(std::int32_t row, std::int32_t col) const {
     CheckCell(row, col);
     if (cells_.Left(row, col)) return false;
     const std::wstring_view text = cells_.Text(row, col);
-    return !text.empty() && reads_as_number_ && reads_as_number_(text);
+    if (text.empty() || text.size() > kLongestNumber) return false;
+    return reads_as_number_ && reads_as_number_(text);
 }
 
 // --- looks ---

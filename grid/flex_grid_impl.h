@@ -27,6 +27,9 @@
 // - TopRow and LeftCol beyond the last useful scroll position are cut to it.
 // - An unshifted key that finds the current cell at the edge still collapses the selection.
 // - A key pressed while a fixed cell is current (by code) ends on a non-fixed one.
+// - A text longer than any number that a person writes (kLongestNumber) stands left: whether it
+// reads
+//   as one is asked at every repaint, and would cost a second for one of millions of characters.
 // - Keys move by visible columns and rows only.
 // - When one operation changes the current cell and scrolls, both changes are complete before
 //   RowColChange and then Scroll are raised. A handler may destroy the grid.
@@ -103,6 +106,7 @@ class FlexGrid : public IFlexGrid {
     static constexpr std::int32_t kFixedCols = 1;
     static constexpr Twips kTextLeft = 45;
     static constexpr Twips kTextTop = 15;
+    static constexpr std::size_t kLongestNumber = 1000;
     static constexpr Twips kDefaultRowHeight = 240;
     static constexpr Twips kDefaultColWidth = 960;
 

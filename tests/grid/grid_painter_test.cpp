@@ -223,5 +223,26 @@ TEST(GridPainterDpi, MarginsAreFortyFiveAndFifteenTwipsAtEveryDpi) {
     }
 }
 
+// What is asked and drawn of a text depends on the room that it has, not on its length.
+TEST(GridPainterCost, ATextOfMillionsCostsWhatIsInView) {
+    std::size_t longest_asked = 0;
+    FlexGrid grid(Scale(96), [&](std::wstring_view text) {
+        longest_asked = std::max(longest_asked, text.size());
+        return LooksLikeNumber(text);
+    });
+    grid.SetFrame({484, 204, 2, 17, 17});
+    const std::wstring number(FlexGrid::kLongestNumber, L'7');
+    for (const std::wstring& text : {std::wstring(5'000'000, L'7'),
+                                     L"x" + std::wstring(5'000'000, L'7'), number, number + L"7"}) {
+        grid.SetTextMatrix(1, 1, text);
+        RecordingSurface surface(grid.View().right, grid.View().bottom);
+        PaintGrid(grid, surface, grid.View());
+        const bool right = text == number;
+        EXPECT_EQ(grid.StandsRight(1, 1), right);
+        EXPECT_NE(surface.Find(std::wstring_view(text).substr(0, 65)), nullptr);
+        EXPECT_LE(longest_asked, FlexGrid::kLongestNumber);
+    }
+}
+
 }  // namespace
 }  // namespace demovex
