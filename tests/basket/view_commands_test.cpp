@@ -189,6 +189,28 @@ TEST(BasketLayout, AnEditThatCannotBeReckonedDoesNotKeepTheGridFromItsPlace) {
     EXPECT_EQ(basket.Cell(1, column::kMenge), L"1e307");
 }
 
+// Another screen or a larger text: the user has done nothing to the basket.
+TEST(BasketLayout, LayingOutAnewPlacesTheGridAndKeepsWhatIsBeingTyped) {
+    BasketFixture basket;
+    basket.Link(L"4711");
+    basket.Click(1, column::kMenge);
+    basket.TypeOver(L"7");
+    const TwipsRect before = basket.view.background_rect;
+    basket.view.inner_height = 5000;
+    basket.view.status_height = 450;
+    basket.view.grid_rect = {0, 400, 0, 0};
+    basket.form.LayOut();
+    EXPECT_EQ(basket.view.grid_rect, (TwipsRect{0, 360, 9600, 5000 - 360 - 450}));
+    EXPECT_TRUE(basket.view.EditorOpen());
+    EXPECT_EQ(basket.view.text, L"7");
+    EXPECT_EQ(basket.Cell(1, column::kMenge), L"1");
+    EXPECT_EQ(basket.view.background_rect, before);
+    basket.view.minimised = true;
+    basket.view.inner_height = 0;
+    basket.form.LayOut();
+    EXPECT_EQ(basket.view.grid_rect.height, 5000 - 360 - 450);
+}
+
 TEST(BasketLayout, TogglingABarTwiceRestoresLayoutAndCheckMark) {
     for (const Command bar : {Command::mnuAnsichtSymbolleiste, Command::mnuAnsichtStatusleiste}) {
         BasketFixture basket;

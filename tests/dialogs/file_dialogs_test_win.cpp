@@ -3,6 +3,11 @@
 
 #include <gtest/gtest.h>
 
+// clang-format off
+#include <windows.h>
+#include <commdlg.h>
+// clang-format on
+
 #include <functional>
 #include <string>
 #include <thread>
@@ -168,6 +173,29 @@ TEST_F(FileDialogsTest, AHiddenHelpButtonIsHiddenAndAShownOneIsHarmless) {
         ASSERT_TRUE(user.seen());
     }
     EXPECT_TRUE(still_there);
+}
+
+// What the owner is asked for when the help button is pressed.
+LPARAM help_wanted = 0;
+WNDPROC owner_procedure = nullptr;
+LRESULT CALLBACK ListenForHelp(HWND owner, UINT message, WPARAM wparam, LPARAM lparam) {
+    if (message == RegisterWindowMessageW(HELPMSGSTRINGW)) {
+        help_wanted = reinterpret_cast<const OPENFILENAMEW*>(lparam)->lCustData;
+    }
+    return CallWindowProcW(owner_procedure, owner, message, wparam, lparam);
+}
+
+TEST_F(FileDialogsTest, TheHelpTopicReachesTheOwnerThatIsAskedForHelp) {
+    owner_procedure = reinterpret_cast<WNDPROC>(
+        SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&ListenForHelp)));
+    help_wanted = 0;
+    User user([&](HWND dialog) {
+        SendMessageW(dialog, WM_COMMAND, kHelpButton, 0);
+        Press(dialog, IDCANCEL);
+    });
+    EXPECT_EQ(dialogs.GetOpenFileName({.HelpID = 77}), L"");
+    ASSERT_TRUE(user.seen());
+    EXPECT_EQ(help_wanted, 77);
 }
 
 TEST_F(FileDialogsTest, OpenGivesTheFullPathOfATypedName) {
