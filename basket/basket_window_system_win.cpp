@@ -1,10 +1,5 @@
 // What the system tells the basket window: another scale of its screen, other settings of the user,
 // the end of the session, a wish for help from a dialog of the system's.
-// clang-format off
-#include <windows.h>
-#include <commdlg.h>
-// clang-format on
-
 #include <string>
 
 #include "basket/basket_rooms.h"
@@ -76,7 +71,12 @@ void BasketWindowImpl::OnSettings(UINT message, WPARAM wparam, LPARAM lparam) {
     }
     if (!editor_) return;
     if (message == WM_SYSCOLORCHANGE && initialised_) toolbar_->Build();
-    if (message == WM_SETTINGCHANGE && own_services_) own_services_->SettingsChanged();
+    if (message == WM_SETTINGCHANGE && own_services_ && form_) {
+        // what is shown is read in the old format before the new one is asked for
+        Forward([this](TestLibForm& form) {
+            form.NumberFormatChanged([this] { own_services_->SettingsChanged(); });
+        });
+    }
     // a larger text, or bars and borders of other sizes
     if (CreateFont()) {
         ApplyScaleAndFont();
@@ -108,7 +108,7 @@ void BasketWindowImpl::OnEndSession(bool ends) {
 // --- help
 
 UINT BasketWindowImpl::HelpMessage() noexcept {
-    static const UINT message = RegisterWindowMessageW(HELPMSGSTRINGW);
+    static const UINT message = RegisterWindowMessageW(L"commdlg_help");  // HELPMSGSTRING
     return message;
 }
 
