@@ -1,8 +1,6 @@
 // The help button of the system's file dialogs.
 #include <gtest/gtest.h>
 
-#include <commdlg.h>
-
 #include "tests/support/real_basket_window_win.h"
 
 namespace demovex {
@@ -48,7 +46,7 @@ TEST(WindowHelp, TheHelpButtonOfAFileDialogOpensTheHelpPage) {
 
 TEST(WindowHelp, OnlyAnOpenDialogCanAskForIt) {
     HelpWindow basket;
-    SendMessageW(basket.Handle(), RegisterWindowMessageW(HELPMSGSTRINGW), 0, 0);
+    SendMessageW(basket.Handle(), RegisterWindowMessageW(L"commdlg_help"), 0, 0);
     EXPECT_TRUE(basket.browser.opened.empty());
 }
 

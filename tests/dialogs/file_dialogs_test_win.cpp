@@ -7,6 +7,8 @@
 #include <windows.h>
 #include <commdlg.h>
 // clang-format on
+#undef GetOpenFileName
+#undef GetSaveFileName
 
 #include <functional>
 #include <string>
