@@ -41,6 +41,12 @@ class IEditorView {
     virtual std::int32_t SelLength() const = 0;
     virtual void Select(std::int32_t start, std::int32_t length) = 0;
     virtual void FocusText() = 0;
+    // What the text box could undo is forgotten.
+    virtual void ForgetUndo() = 0;
+    // Input that reached another control, for the text box to handle as its own: a key, and a
+    // character that the user typed.
+    virtual void TakeKey(int key_code) = 0;
+    virtual void TakeCharacter(wchar_t character) = 0;
 
     // IPComboButton. `rect` is relative to IPBackground.
     virtual Twips ComboButtonWidth() const = 0;
@@ -82,6 +88,10 @@ class IBasketView {
 
     // The grid's place in the window, and the window's inner size.
     virtual TwipsPoint GridOrigin() const = 0;
+    // Scrolls the grid as little as it takes to have the cell wholly inside what its scroll bars
+    // leave free; a cell of column 0 brings its row into view and leaves the columns where they
+    // are. The grid's Scroll event follows as for any scrolling.
+    virtual void ShowGridCell(std::int32_t row, std::int32_t col) = 0;
     virtual void MoveGrid(const TwipsRect& rect) = 0;
     virtual Twips InnerWidth() const = 0;
     virtual Twips InnerHeight() const = 0;

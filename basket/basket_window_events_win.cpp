@@ -7,6 +7,7 @@
 #include "basket/basket_window_impl_win.h"
 #include "basket/columns.h"
 #include "basket/window_ids.h"
+#include "basket/window_keys_win.h"
 #include "dialogs/about_box_win.h"
 #include "dialogs/about_text.h"
 #include "platform/screen_scale_win.h"
@@ -85,6 +86,10 @@ LRESULT CALLBACK BasketWindowImpl::Procedure(HWND window, UINT message, WPARAM w
 
 LRESULT BasketWindowImpl::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) {
     HWND window = window_;
+    if (IsTurnedKey(message)) {
+        OnTurnedKey(message, wparam, lparam);
+        return 0;
+    }
     switch (message) {
         case WM_SIZE:
             OnSize(wparam);
@@ -135,11 +140,18 @@ LRESULT BasketWindowImpl::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) 
             return 0;
         case window_message::kEditKey:
             if (editor_) {
-                const HWND focus = GetFocus();
-                editor_->OnEditKey(static_cast<EditKey>(wparam),
-                                   editor_->IsText(focus) ? focus : last_focus_);
+                // a window that has been left meanwhile goes by the control that had the focus
+                const bool active = GetActiveWindow() == window;
+                editor_->OnEditKey(static_cast<EditKey>(wparam), active ? GetFocus() : last_focus_);
             }
             return 0;
+        case WM_CHAR:
+            if (initialised_ && CharacterTyped(static_cast<wchar_t>(wparam))) return 0;
+            break;
+        case WM_MOUSEWHEEL:
+        case WM_MOUSEHWHEEL:
+            // over the toolbar or the status bar, which have no use for it
+            return grid_ ? SendMessageW(grid_->Handle(), message, wparam, lparam) : 0;
         case WM_SYSCOLORCHANGE:
         case WM_SETTINGCHANGE:
             OnSettings(message, wparam, lparam);
@@ -204,7 +216,7 @@ void BasketWindowImpl::OnActivate(bool active) {
         return;
     }
     const HWND focus = GetFocus();
-    if (focus != nullptr && IsChild(window_, focus)) last_focus_ = focus;
+    last_focus_ = focus != nullptr && IsChild(window_, focus) ? focus : nullptr;
 }
 
 void BasketWindowImpl::RestoreFocus() noexcept {
@@ -248,30 +260,6 @@ void BasketWindowImpl::MouseUp(int button, int shift, Twips x, Twips y) {
 
 void BasketWindowImpl::DblClick() {
     Forward([](TestLibForm& form) { form.Liste_DblClick(); });
-}
-
-// Tab goes from the grid to the open editor, as it goes from there to the grid; and what the user
-// makes current is scrolled so far into view that the editor opens on it.
-bool BasketWindowImpl::TabPressed() {
-    if (!editor_ || !editor_->BackgroundVisible()) return false;
-    SetFocus(editor_->TextWindow());
-    return true;
-}
-
-void BasketWindowImpl::UserActed() {
-    Forward([&](TestLibForm&) { ShowWholeCell(); });
-}
-
-// The editor opens on cells that end well above the grid's lower edge; a cell that the grid has
-// just brought into view may end closer to it.
-void BasketWindowImpl::ShowWholeCell() {
-    FlexGrid& grid = grid_->Grid();
-    const std::int32_t row = grid.Row();
-    if (row < 1 || row >= grid.Rows() - 1 || row != grid.RowSel() || grid.Col() != grid.ColSel() ||
-        row <= grid.TopRow() || grid.RowPos(row + 1) <= grid.Height() - kEdgeMargin) {
-        return;
-    }
-    grid.SetTopRow(grid.TopRow() + 1);
 }
 
 // --- what the form tells the window

@@ -172,7 +172,7 @@ void BasketWindowImpl::CreateControls() {
     editor_->SetGrid(grid_->Handle());
     form_ = std::make_unique<TestLibForm>(grid_->Grid(), *this, *services_);
     form_->moLibrary = owner_.get();
-    hook_ = InstallShortcutHook();
+    hook_ = InstallKeyHook();
 }
 
 // Wide enough for all columns, high enough for twenty rows and the totals.

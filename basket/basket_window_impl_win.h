@@ -53,6 +53,7 @@ class BasketWindowImpl final : public std::enable_shared_from_this<BasketWindowI
         return {scale_.ToTwips(scale_.ToPixels(grid_rect_.left)),
                 scale_.ToTwips(scale_.ToPixels(grid_rect_.top))};
     }
+    void ShowGridCell(std::int32_t row, std::int32_t col) override { grid_->Grid().Show(row, col); }
     void MoveGrid(const TwipsRect& rect) override;
     Twips InnerWidth() const override;
     Twips InnerHeight() const override;
@@ -88,7 +89,8 @@ class BasketWindowImpl final : public std::enable_shared_from_this<BasketWindowI
     // IFlexGridControlEvents
     void MouseUp(int button, int shift, Twips x, Twips y) override;
     void DblClick() override;
-    bool TabPressed() override;
+    bool KeyPressed(int key, int shift) override;
+    bool CharacterTyped(wchar_t character) override;
     void InputBegins() override { note_->Say({}); }
     void UserActed() override;
     void Failed(const Error& error) noexcept override { ShowError(error.description()); }
@@ -100,8 +102,8 @@ class BasketWindowImpl final : public std::enable_shared_from_this<BasketWindowI
     void OnMinimum(MINMAXINFO& info) const;
     void OnActivate(bool active);
     void OnContextKey();
-    void ShowWholeCell();
     void PlaceNote();
+    void OnTurnedKey(UINT message, WPARAM wparam, LPARAM lparam);
     void OnDestroy() noexcept;
     void OnDestroyed() noexcept;
     bool CloseUnlessCancelled() noexcept;

@@ -5,6 +5,7 @@
 
 #include "base/error.h"
 #include "base/one_line.h"
+#include "basket/cell_view.h"
 #include "basket/columns.h"
 #include "basket/editor_keys.h"
 #include "basket/scopes.h"
@@ -39,16 +40,20 @@ bool CellEditor::WhollyVisible() const {
     return row >= grid_.Rows() - 1 || grid_.RowPos(row + 1) <= grid_.Height() - kEdgeMargin;
 }
 
-bool CellEditor::Editable() const {
-    const std::int32_t row = grid_.Row();
-    const std::int32_t col = grid_.Col();
+bool CellEditor::MayEdit(std::int32_t row, std::int32_t col) const {
     if (row < 1 || row >= grid_.Rows() - 1) return false;
-    if (row != grid_.RowSel() || col != grid_.ColSel()) return false;
     const bool article = rows_.IsArticleRow(row);
-    const bool by_column = col == column::kArtNr || col == column::kBezeichnung
-                               ? !article
-                               : col == column::kMenge && article;
-    return by_column && WhollyVisible();
+    return col == column::kArtNr || col == column::kBezeichnung ? !article
+                                                                : col == column::kMenge && article;
+}
+
+bool CellEditor::CurrentMayBeEdited() const {
+    return grid_.Row() == grid_.RowSel() && grid_.Col() == grid_.ColSel() &&
+           MayEdit(grid_.Row(), grid_.Col());
+}
+
+bool CellEditor::Editable() const {
+    return CurrentMayBeEdited() && WhollyVisible();
 }
 
 bool CellEditor::OffersList() const {
@@ -73,6 +78,9 @@ void CellEditor::Open() {
     view_.SetMaxLength(state_.EditCol == column::kBezeichnung ? kMaxBezeichnung : 0);
     state_.LastValidText = grid_.TextMatrix(state_.EditRow, state_.EditCol);
     view_.SetText(state_.LastValidText);
+    // What the box really holds: it may not have taken every character.
+    state_.LastValidText = view_.Text();
+    view_.ForgetUndo();
     view_.ShowText();
     const bool list = OffersList();
     view_.ShowComboButton(list);
@@ -94,6 +102,58 @@ void CellEditor::Liste_RowColChange() {
 void CellEditor::Liste_Scroll() {
     CommitCellEdit();
     Liste_RowColChange();
+}
+
+void CellEditor::OpenIfClosed() {
+    const bool idle = state_.InitPending || state_.Loading || state_.SuppressEditor;
+    if (!idle && !view_.BackgroundVisible() && Editable()) Open();
+}
+
+void CellEditor::OpenHere() {
+    if (view_.BackgroundVisible() || !CurrentMayBeEdited()) return;
+    BringCellIntoView(context_, grid_.Row(), grid_.Col());  // which may open it already
+    OpenIfClosed();
+}
+
+void CellEditor::Liste_KeyDown(int& key, int shift) {
+    const bool plain = shift == 0;
+    switch (key) {
+        case key_code::kTab:
+            if (!plain && shift != shift_state::kShift) return;
+            GoToNextCell(plain ? 1 : -1);
+            break;
+        case key_code::kF2:
+        case key_code::kReturn:
+        case key_code::kDelete:
+            if (!plain) return;
+            if (view_.BackgroundVisible()) {
+                view_.FocusText();
+                view_.TakeKey(key);
+            } else if (key != key_code::kDelete && CurrentMayBeEdited()) {
+                OpenHere();
+            } else {
+                return;
+            }
+            break;
+        default:
+            return;
+    }
+    key = 0;
+}
+
+void CellEditor::Liste_KeyPress(int& character) {
+    const bool typed = character >= L' ' && character != L'\x7F';
+    if (typed) OpenHere();
+    if (!view_.BackgroundVisible() || !(typed || character == L'\b')) return;
+    view_.FocusText();
+    view_.TakeCharacter(static_cast<wchar_t>(character));
+    character = 0;
+}
+
+void CellEditor::Liste_Acted() {
+    if (grid_.Row() != grid_.RowSel() || grid_.Col() != grid_.ColSel()) return;
+    LiftAboveEdge(grid_, grid_.Row());
+    OpenIfClosed();
 }
 
 void CellEditor::CommitCellEdit() {
@@ -188,7 +248,7 @@ void CellEditor::IPText_KeyPress(int& key_ascii) {
 }
 
 void CellEditor::CommitAndSend(GridKey key) {
-    CommitCellEdit();
+    CloseEditor();
     context_.view.SendGridKey(key);
 }
 
@@ -219,6 +279,35 @@ void CellEditor::ReturnInDescription() {
     }
 }
 
+void CellEditor::GoToNextCell(std::int32_t step) {
+    // The commit may leave the cell that was edited for another one of its row.
+    const bool open = view_.BackgroundVisible();
+    std::int32_t row = open ? state_.EditRow : grid_.Row();
+    std::int32_t col = open ? state_.EditCol : grid_.Col();
+    CloseEditor();
+    if (step > 0) {
+        row = std::max(row, 0);
+    } else {
+        row = std::min(row, grid_.Rows() - 1);
+        col = std::min(col, column::kMenge + 1);
+    }
+    do {
+        col += step;
+        if (col < column::kArtNr || col > column::kMenge) {
+            row += step;
+            col = step > 0 ? column::kArtNr : column::kMenge;
+        }
+        if (row < 1 ? step < 0 : row >= grid_.Rows() - 1 && step > 0) return OpenHere();
+    } while (!MayEdit(row, col));
+    {
+        const SuppressEditorScope suppress(state_);
+        grid_.SetRow(row);
+        grid_.SetCol(col);
+        BringCellIntoView(context_, row, col);
+    }
+    OpenIfClosed();
+}
+
 void CellEditor::ExtendSelection(std::int32_t step) {
     SuppressEditorScope suppress(state_);
     CloseEditor();
@@ -228,7 +317,8 @@ void CellEditor::ExtendSelection(std::int32_t step) {
 }
 
 void CellEditor::IPText_Change() {
-    if (state_.EditCol != column::kMenge) return;
+    // The box may hold less than it is given, and then each attempt to set it right is a change.
+    if (state_.EditCol != column::kMenge || restoring_) return;
     const std::wstring text = view_.Text();
     try {
         context_.services.text.ToNumber(text);
@@ -248,7 +338,16 @@ void CellEditor::RememberSelection() {
 void CellEditor::RestoreLastValidText() {
     const std::int32_t start = before_start_;
     const std::int32_t length = before_length_;
-    view_.SetText(state_.LastValidText);
+    {
+        struct Restoring {
+            bool& flag;
+            explicit Restoring(bool& of) : flag(of) { flag = true; }
+            ~Restoring() { flag = false; }
+            Restoring(const Restoring&) = delete;
+            Restoring& operator=(const Restoring&) = delete;
+        } restoring(restoring_);
+        view_.SetText(state_.LastValidText);
+    }
     // The caret goes back to where it was before the refused change: "1a2" is typed as "12".
     const auto size = static_cast<std::int32_t>(state_.LastValidText.size());
     const std::int32_t kept = std::clamp(start, 0, size);

@@ -23,6 +23,16 @@ class CellEditor final : public ICellCommit {
     void Liste_RowColChange() override;
     void Liste_Scroll();
 
+    // --- input that the grid got; a handler that uses a key sets it to 0
+    // Tab goes on to the next cell. F2, Return and a character that can be typed open the editor on
+    // the current cell when it may be edited; with an open editor these, Delete and Backspace go to
+    // the text box.
+    void Liste_KeyDown(int& key_code, int shift);
+    void Liste_KeyPress(int& character);
+    // The user has moved or pressed on the current cell, or tried to: a single cell that may be
+    // edited is edited.
+    void Liste_Acted();
+
     // Writes the text back when the editor is open. A number that the article master does not know
     // is refused with a message and the old text returns; one that it knows completes the row and
     // opens the editor on its quantity. A quantity recalculates the totals, which may raise 13 or 6
@@ -63,11 +73,21 @@ class CellEditor final : public ICellCommit {
     void CommitAndSend(GridKey key);
     void Reopen();
     void ReturnInDescription();
+    // Commits, and opens the editor on the next cell (the one before, when `step` is −1) that may
+    // be edited: number, quantity or description, row by row. Stays on the last (first) one.
+    void GoToNextCell(std::int32_t step);
     // Closes the editor and selects from the edited row to the one `step` rows away.
     void ExtendSelection(std::int32_t step);
 
   private:
+    // By its column and row alone.
+    bool MayEdit(std::int32_t row, std::int32_t col) const;
+    // The current cell, alone selected.
+    bool CurrentMayBeEdited() const;
     bool Editable() const;
+    void OpenIfClosed();
+    // The same, with the current cell brought into view first.
+    void OpenHere();
     bool WhollyVisible() const;
     bool OffersList() const;
     void Place();
@@ -87,6 +107,7 @@ class CellEditor final : public ICellCommit {
     // The text box's selection before the change that is being made, for undoing it.
     std::int32_t before_start_ = 0;
     std::int32_t before_length_ = 0;
+    bool restoring_ = false;  // the last valid text is being put back
 };
 
 }  // namespace demovex

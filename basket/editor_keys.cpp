@@ -1,7 +1,6 @@
 #include "basket/editor_keys.h"
 
 #include "basket/columns.h"
-#include "basket/test_lib_form.h"
 
 namespace demovex {
 namespace {
@@ -56,6 +55,10 @@ void ReopenCell(CellEditor& e) {
 void NewRow(CellEditor& e) {
     e.ReturnInDescription();
 }
+template <std::int32_t step>
+void NextCell(CellEditor& e) {
+    e.GoToNextCell(step);
+}
 
 using namespace shift_state;
 
@@ -70,6 +73,8 @@ constexpr EditorKeyRow kKeys[] = {
     {0, key_code::kF4, ButtonVisible, DropDown},
     {0, key_code::kReturn, InDescription, NewRow},
     {0, key_code::kReturn, Always, ReopenCell},
+    {0, key_code::kTab, Always, NextCell<1>},
+    {kShift, key_code::kTab, Always, NextCell<-1>},
     {kShift, key_code::kUp, EditRowAbove, Extend<-1>},
     {kShift, key_code::kDown, EditRowBelow, Extend<1>},
     {kAlt, key_code::kDown, ButtonVisible, DropDown},

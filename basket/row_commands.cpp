@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "basket/cell_view.h"
 #include "basket/columns.h"
 #include "basket/scopes.h"
 
@@ -16,22 +17,7 @@ RowCommands::Selection RowCommands::SelectedRows() const {
 
 void RowCommands::AppendEmptyRow() {
     rows_.AppendEmptyRow();
-    BringRowIntoView();
-}
-
-// Code that makes a cell current does not scroll the grid, and a cell out of view is not edited: a
-// row asked for beyond the window's lower edge would swallow what is typed next.
-void RowCommands::BringRowIntoView() {
-    const std::int32_t row = grid_.Row();
-    if (row < grid_.TopRow()) grid_.SetTopRow(row);
-    while (grid_.TopRow() < row) {
-        const Twips beyond = grid_.RowPos(row + 1) - (grid_.Height() - kEdgeMargin);
-        const std::int32_t top = grid_.TopRow();
-        if (beyond <= 0) return;
-        const Twips height = std::max(grid_.RowHeight(row), Twips{1});
-        grid_.SetTopRow(std::min(row, top + (beyond + height - 1) / height));
-        if (grid_.TopRow() == top) return;  // as far as it goes
-    }
+    BringCellIntoView(context_, grid_.Row(), grid_.Col());
 }
 
 void RowCommands::mnuEditNeueZeile_Click() {
@@ -48,6 +34,7 @@ void RowCommands::mnuEditZeileOberhalbEinfügen_Click() {
         AppendEmptyRow();
     } else {
         rows_.InsertArtikel(grid_.Row(), SelectedRows().Count());
+        BringCellIntoView(context_, grid_.Row(), grid_.Col());
     }
     rows_.Liste_RowColChange();
 }
@@ -71,6 +58,7 @@ void RowCommands::mnuEditZeilenLöschen_Click() {
     // The lines that are left keep their totals, so only the sums are made anew.
     rows_.RecalculateWithNote(grid_.Rows() - 1);
     if (grid_.Rows() == 2) grid_.SetCol(column::kBezeichnung);
+    BringRowIntoView(context_, grid_.Row());
     rows_.Liste_RowColChange();
 }
 
@@ -101,6 +89,8 @@ void RowCommands::MoveSelection(std::int32_t step) {
         grid_.SetCol(col);
         grid_.SetRowSel(row + step + row_span);
         grid_.SetColSel(col + col_span);
+        // the end that moves ahead
+        BringRowIntoView(context_, step < 0 ? first + step : first + count - 1 + step);
     }
     rows_.Liste_RowColChange();
 }

@@ -32,7 +32,6 @@ class RowCommands {
     };
     Selection SelectedRows() const;
     void AppendEmptyRow();
-    void BringRowIntoView();
     bool CanMove(std::int32_t step) const;
     void MoveSelection(std::int32_t step);
 

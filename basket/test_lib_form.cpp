@@ -1,5 +1,6 @@
 #include "basket/test_lib_form.h"
 
+#include <exception>
 #include <utility>
 
 #include "base/error.h"
@@ -9,6 +10,7 @@
 #include "basket/basket_rooms.h"
 #include "basket/basket_rows.h"
 #include "basket/cell_editor.h"
+#include "basket/cell_view.h"
 #include "basket/clipboard_text.h"
 #include "basket/printing.h"
 #include "basket/recent_files.h"
@@ -164,9 +166,20 @@ bool TestLibForm::AddArtikel(const std::wstring& ArtikelNr, const std::wstring& 
                              bool UseExternalInfoBox) {
     static_cast<void>(HasInfo);
     static_cast<void>(UseExternalInfoBox);
-    rooms_->context.view.ShowNote({});
-    rooms_->files.Thaw();
-    return rooms_->rows.AddArtikel(OneLine(ArtikelNr), Katalog, KatalogURL, Menge);
+    Rooms& r = *rooms_;
+    r.context.view.ShowNote({});
+    r.files.Thaw();
+    // What was ordered comes into view also when its totals cannot be reckoned.
+    bool result = false;
+    std::exception_ptr failed;
+    try {
+        result = r.rows.AddArtikel(OneLine(ArtikelNr), Katalog, KatalogURL, Menge);
+    } catch (...) {
+        failed = std::current_exception();
+    }
+    BringRowIntoView(r.context, r.context.Liste.Row());
+    if (failed) std::rethrow_exception(failed);
+    return result;
 }
 
 bool TestLibForm::RefreshArtikel(std::int32_t row, std::int32_t Menge) {
@@ -235,6 +248,18 @@ void TestLibForm::Liste_MouseUp(int Button, int Shift, Twips X, Twips Y) {
     if (Button != kRightButton || Shift != 0) return;
     const TwipsPoint grid = rooms_->context.view.GridOrigin();
     rooms_->context.view.PopupContextMenu({grid.x + X, grid.y + Y});
+}
+
+void TestLibForm::Liste_Acted() {
+    rooms_->editor.Liste_Acted();
+}
+
+void TestLibForm::Liste_KeyDown(int& KeyCode, int Shift) {
+    rooms_->editor.Liste_KeyDown(KeyCode, Shift);
+}
+
+void TestLibForm::Liste_KeyPress(int& KeyAscii) {
+    rooms_->editor.Liste_KeyPress(KeyAscii);
 }
 
 void TestLibForm::IPText_KeyDown(int& KeyCode, int Shift) {

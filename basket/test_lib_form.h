@@ -11,6 +11,7 @@
 #include <string>
 #include <string_view>
 
+#include "basket/basket_keys.h"
 #include "basket/basket_state.h"
 #include "basket/basket_view.h"
 #include "basket/commands.h"
@@ -19,13 +20,6 @@
 #include "grid/flex_grid.h"
 
 namespace demovex {
-
-// Shift states and mouse buttons as the platform's form events number them.
-namespace shift_state {
-inline constexpr int kShift = 1;
-inline constexpr int kCtrl = 2;
-inline constexpr int kAlt = 4;
-}  // namespace shift_state
 
 class TestLibForm final : public IMSContainer, public IFlexGridEvents {
   public:
@@ -81,7 +75,11 @@ class TestLibForm final : public IMSContainer, public IFlexGridEvents {
     void Scroll() override;  // Liste_Scroll
     void Liste_DblClick();
     void Liste_MouseUp(int Button, int Shift, Twips X, Twips Y);
+    // A key of the user in the grid or a release of the left button over it has been dealt with.
+    void Liste_Acted();
     // A handler that uses a key sets it to 0.
+    void Liste_KeyDown(int& KeyCode, int Shift);
+    void Liste_KeyPress(int& KeyAscii);
     void IPText_KeyDown(int& KeyCode, int Shift);
     void IPText_KeyPress(int& KeyAscii);
     void IPText_Change();

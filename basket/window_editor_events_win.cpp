@@ -1,19 +1,13 @@
 // What happens to the controls of the in-place editor: their procedures.
 #include "basket/test_lib_form.h"
 #include "basket/window_editor_win.h"
+#include "basket/window_keys_win.h"
 
 // after windows.h
 #include <windowsx.h>
 
 namespace demovex {
 namespace {
-
-// The shift state of the event being handled.
-int ShiftState() noexcept {
-    return (GetKeyState(VK_SHIFT) < 0 ? shift_state::kShift : 0) |
-           (GetKeyState(VK_CONTROL) < 0 ? shift_state::kCtrl : 0) |
-           (GetKeyState(VK_MENU) < 0 ? shift_state::kAlt : 0);
-}
 
 // The platform's number of the mouse button that a message's key state names first.
 int ButtonState(WPARAM keys) noexcept {
@@ -198,12 +192,7 @@ bool WindowEditor::OnTextKey(WPARAM key, LPARAM) {
         return true;
     }
     gate_.Forward([&](TestLibForm& form) { form.IPText_KeyDown(code, shift); });
-    if (code == 0) return true;
-    if (code == VK_TAB && (shift == 0 || shift == shift_state::kShift)) {
-        SetFocus(grid_);
-        return true;
-    }
-    return false;
+    return code == 0;
 }
 
 LRESULT CALLBACK WindowEditor::ListProc(HWND window, UINT message, WPARAM wparam,

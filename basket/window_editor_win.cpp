@@ -209,11 +209,12 @@ std::wstring WindowEditor::Text() const {
 }
 
 void WindowEditor::SetText(std::wstring_view text) {
-    if (Text() == text) return;
+    const std::wstring before = Text();
+    if (before == text) return;
     setting_text_ = true;
     SetWindowTextW(TextWindow(), std::wstring(text).c_str());
     setting_text_ = false;
-    OnTextChanged();
+    if (Text() != before) OnTextChanged();  // the box may not have taken every character
 }
 
 void WindowEditor::SetMaxLength(std::int32_t length) {
@@ -246,6 +247,18 @@ bool WindowEditor::ParentActive() const noexcept {
 void WindowEditor::FocusText() {
     // an inactive window takes the focus when it is activated; it never takes it from the host
     if (ParentActive()) SetFocus(TextWindow());
+}
+
+void WindowEditor::ForgetUndo() {
+    SendMessageW(TextWindow(), EM_EMPTYUNDOBUFFER, 0, 0);
+}
+
+void WindowEditor::TakeKey(int key_code) {
+    SendMessageW(TextWindow(), WM_KEYDOWN, static_cast<WPARAM>(key_code), 1);
+}
+
+void WindowEditor::TakeCharacter(wchar_t character) {
+    SendMessageW(TextWindow(), WM_CHAR, character, 1);
 }
 
 void WindowEditor::OnTextChanged() {

@@ -52,7 +52,7 @@ class WindowEditor final : public IEditorView {
     // The window's timer or posted message for SetFocusTimer.
     void OnSetFocusTimer() noexcept;
     // Cut, copy or paste for IPText if it is open and has the focus (`focus` is the control that
-    // has or had it).
+    // has it, or had it when the window was left).
     void OnEditKey(EditKey key, HWND focus) noexcept;
 
     HWND TextWindow() const noexcept { return text_[right_ ? 1 : 0]; }
@@ -76,6 +76,9 @@ class WindowEditor final : public IEditorView {
     std::int32_t SelLength() const override;
     void Select(std::int32_t start, std::int32_t length) override;
     void FocusText() override;
+    void ForgetUndo() override;
+    void TakeKey(int key_code) override;
+    void TakeCharacter(wchar_t character) override;
     Twips ComboButtonWidth() const override;
     void MoveComboButton(const TwipsRect& rect) override;
     void ShowComboButton(bool visible) override;

@@ -64,8 +64,10 @@ class IFlexGridControlEvents {
     virtual void MouseUp(int button, int shift, Twips x, Twips y) = 0;
     // The left button was pressed twice on a cell that is not fixed.
     virtual void DblClick() = 0;
-    // Tab reached the grid, which has no use for it. Answers whether it is used up.
-    virtual bool TabPressed() = 0;
+    // A key or a character that the grid has no use for (`shift` as in MouseUp). Each answers
+    // whether it is used up.
+    virtual bool KeyPressed(int key, int shift) = 0;
+    virtual bool CharacterTyped(wchar_t character) = 0;
     // The user has pressed a key other than Shift, Ctrl and Alt, or a mouse button; nothing of it
     // is dealt with yet.
     virtual void InputBegins() {}

@@ -272,10 +272,17 @@ LRESULT FlexGridImplWin::Handle(UINT message, WPARAM wparam, LPARAM lparam) {
             if (InsideClientArea(handle, wparam)) return 0;
             break;
         case WM_KEYDOWN:
-            if (wparam == VK_TAB && events != nullptr && events->TabPressed()) return 0;
-            if (!KeyDown(wparam)) break;
-            if (events != nullptr) events->UserActed();
-            return 0;
+            if (KeyDown(wparam)) {
+                if (events != nullptr) events->UserActed();
+                return 0;
+            }
+            if (events != nullptr && events->KeyPressed(static_cast<int>(wparam), ShiftState())) {
+                return 0;
+            }
+            break;
+        case WM_CHAR:
+            if (events != nullptr && events->CharacterTyped(static_cast<wchar_t>(wparam))) return 0;
+            break;
         case kSendKey:
             if (wparam <= static_cast<WPARAM>(GridKey::kEnd)) {
                 grid.Key(static_cast<GridKey>(wparam), false, false);

@@ -23,15 +23,22 @@ int ButtonOf(UINT message) {
     }
 }
 
-int ShiftState() {
+// The user's setting for one of the wheels.
+UINT PerNotch(UINT setting) {
+    UINT lines = 1;
+    SystemParametersInfoW(setting, 0, &lines, 0);
+    return lines;
+}
+
+}  // namespace
+
+int FlexGridImplWin::ShiftState() noexcept {
     int shift = 0;
     if (GetKeyState(VK_SHIFT) < 0) shift |= grid_mouse::kShift;
     if (GetKeyState(VK_CONTROL) < 0) shift |= grid_mouse::kCtrl;
     if (GetKeyState(VK_MENU) < 0) shift |= grid_mouse::kAlt;
     return shift;
 }
-
-}  // namespace
 
 bool FlexGridImplWin::HandleMouse(UINT message, WPARAM wparam, LPARAM lparam) {
     const int x = GET_X_LPARAM(lparam);
@@ -87,10 +94,14 @@ bool FlexGridImplWin::HandleMouse(UINT message, WPARAM wparam, LPARAM lparam) {
             KillTimer(window, kAutoScrollTimer);
             return message == WM_CAPTURECHANGED;
         case WM_MOUSEWHEEL:
-            Wheel(GET_WHEEL_DELTA_WPARAM(wparam), (GET_KEYSTATE_WPARAM(wparam) & MK_SHIFT) != 0);
+            if ((GET_KEYSTATE_WPARAM(wparam) & MK_SHIFT) != 0) {
+                Wheel(GET_WHEEL_DELTA_WPARAM(wparam), true, 1);
+            } else {
+                Wheel(GET_WHEEL_DELTA_WPARAM(wparam), false, PerNotch(SPI_GETWHEELSCROLLLINES));
+            }
             return true;
         case WM_MOUSEHWHEEL:
-            Wheel(-GET_WHEEL_DELTA_WPARAM(wparam), true);
+            Wheel(-GET_WHEEL_DELTA_WPARAM(wparam), true, PerNotch(SPI_GETWHEELSCROLLCHARS));
             return true;
         default:
             return false;
@@ -108,13 +119,11 @@ void FlexGridImplWin::Press(int x, int y, bool shift) {
     if (window != nullptr && GetCapture() != window) grid.Release();
 }
 
-void FlexGridImplWin::Wheel(int delta, bool columns) {
+void FlexGridImplWin::Wheel(int delta, bool columns, UINT lines) {
     int& rest = columns ? wheel_rest_h_ : wheel_rest_;
     if ((delta > 0) != (rest > 0)) rest = 0;  // another direction starts anew
-    UINT lines = 1;
-    if (!columns) SystemParametersInfoW(SPI_GETWHEELSCROLLLINES, 0, &lines, 0);
     if (lines == WHEEL_PAGESCROLL) {
-        lines = static_cast<UINT>(grid.RowAxis().Page());
+        lines = static_cast<UINT>((columns ? grid.ColAxis() : grid.RowAxis()).Page());
     }
     if (lines == 0) return;  // the user has turned the wheel off
     rest += delta;

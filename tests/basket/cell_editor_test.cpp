@@ -93,6 +93,7 @@ TEST_F(CellEditorTest, ACellThatEndsAtTheMarginAboveTheBottomEdgeIsEdited) {
 
 TEST_F(CellEditorTest, StaysClosedOnACellCutOffByTheBottomEdgeUntilScrolledIntoView) {
     for (int i = 0; i < 60; ++i) basket.Link(i % 2 == 0 ? L"4711" : L"4712");
+    basket.grid.SetTopRow(1);
     std::int32_t row = 2;
     while (basket.grid.RowPos(row + 1) <= basket.grid.Height() - 90) ++row;
     basket.grid.Select(row, column::kMenge, row, column::kMenge);

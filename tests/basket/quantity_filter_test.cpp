@@ -91,6 +91,32 @@ TEST_F(QuantityFilter, AProductBeyondAllNumbersRaisesOverflowAndKeepsTheText) {
     EXPECT_EQ(basket.Total(column::kGesamtAts), L"400,00");
 }
 
+TEST_F(QuantityFilter, AQuantityThatTheTextBoxCannotHoldIsEditedAsFarAsItCan) {
+    basket.Click(1, column::kPreisAts);
+    basket.grid.SetTextMatrix(1, column::kMenge, std::wstring_view(L"a\0b", 3));
+    basket.Click(1, column::kMenge);
+    ASSERT_TRUE(basket.view.EditorOpen());
+    EXPECT_EQ(basket.view.text, L"a");
+    EXPECT_EQ(basket.form.State().LastValidText, L"a");
+    basket.view.Select(1, 0);
+    basket.view.Type(L"1");
+    EXPECT_EQ(basket.view.text, L"a");
+    basket.view.Select(0, 1);
+    basket.view.Type(L"7");
+    EXPECT_EQ(basket.view.text, L"7");
+    basket.Press(View::kReturn);
+    EXPECT_EQ(basket.Total(column::kGesamtAts), L"700,00");
+}
+
+TEST_F(QuantityFilter, AQuantityWithALaterNulEndsThere) {
+    basket.Click(1, column::kPreisAts);
+    basket.grid.SetTextMatrix(1, column::kMenge, std::wstring_view(L"11\00001", 5));
+    basket.Click(1, column::kMenge);
+    EXPECT_EQ(basket.view.text, L"11");
+    basket.view.Type(L"x");
+    EXPECT_EQ(basket.view.text, L"11");
+}
+
 TEST_F(QuantityFilter, OtherColumnsTakeAnyText) {
     basket.Click(2, column::kBezeichnung);
     basket.view.Type(L"1a");

@@ -104,7 +104,10 @@ class Walk {
         const int c = dice_.Of(kCols);
         Do(
             "click " + std::to_string(r) + "," + std::to_string(c), [&] { basket_.Click(r, c); },
-            [&] { reference_.Select(r, c, r, c); });
+            [&] {
+                reference_.Select(r, c, r, c);
+                reference_.Acted();
+            });
     }
     void SelectSome() {
         const int last = basket_.grid.Rows() - 1;
@@ -125,8 +128,14 @@ class Walk {
         Do(
             std::string("grid key ") + std::to_string(static_cast<int>(arrow.key)) +
                 (shift ? " shift" : ""),
-            [&] { basket_.grid.Key(arrow.key, shift, false); },
-            [&] { reference_.GridArrow(arrow.down, arrow.right, shift); });
+            [&] {
+                basket_.grid.Key(arrow.key, shift, false);
+                basket_.form.Liste_Acted();
+            },
+            [&] {
+                reference_.GridArrow(arrow.down, arrow.right, shift);
+                reference_.Acted();
+            });
     }
     void Type() {
         const int c = basket_.form.State().EditCol;
@@ -158,12 +167,12 @@ class Walk {
     void Press() {
         static constexpr struct {
             int key, shift;
-        } kPresses[] = {{View::kLeft, 0},   {View::kRight, 0},  {View::kUp, 0},
-                        {View::kDown, 0},   {View::kPageUp, 0}, {View::kPageDown, 0},
-                        {View::kReturn, 0}, {View::kReturn, 0}, {View::kF2, 0},
-                        {View::kF4, 0},     {View::kEscape, 0}, {View::kHome, 0},
-                        {View::kEnd, 0},    {View::kUp, 1},     {View::kDown, 1},
-                        {View::kDown, 4},   {View::kBack, 0},   {View::kDelete, 0}};
+        } kPresses[] = {
+            {View::kLeft, 0},   {View::kRight, 0},    {View::kUp, 0},     {View::kDown, 0},
+            {View::kPageUp, 0}, {View::kPageDown, 0}, {View::kReturn, 0}, {View::kReturn, 0},
+            {View::kF2, 0},     {View::kF4, 0},       {View::kEscape, 0}, {View::kHome, 0},
+            {View::kEnd, 0},    {View::kUp, 1},       {View::kDown, 1},   {View::kDown, 4},
+            {View::kBack, 0},   {View::kDelete, 0},   {View::kTab, 0},    {View::kTab, 1}};
         const auto press = dice_.Of(kPresses);
         TakeOverCaret();
         const std::wstring before = basket_.view.text;

@@ -252,6 +252,38 @@ TEST(WindowEditor, TheQuantityTakesNumbersOnlyWhateverIsPasted) {
     EXPECT_EQ(type_over(L"2,5"), L"2,5");
 }
 
+TEST(WindowEditor, AQuantityThatTheTextBoxCannotHoldIsNoEndlessChange) {
+    BasketWindowFixture basket;
+    basket.Link(L"4711");
+    basket.Grid().SetTextMatrix(1, column::kMenge, std::wstring_view(L"a\0b", 3));
+    basket.ClickCell(1, column::kPreisAts);
+    basket.Press(VK_LEFT);
+    ASSERT_TRUE(basket.EditorOpen());
+    EXPECT_EQ(basket.TextOf(basket.Text()), L"a");
+    SendMessageW(basket.Text(), EM_SETSEL, 1, 1);
+    basket.Type(L"x");
+    EXPECT_EQ(basket.TextOf(basket.Text()), L"a");
+    basket.Press('A', {VK_CONTROL});
+    basket.Type(L"6");
+    basket.Press(VK_RETURN);
+    EXPECT_EQ(basket.Cell(1, column::kGesamtAts), L"600,00");
+}
+
+TEST(WindowEditor, TheWheelOverToolbarAndStatusBarScrollsTheGrid) {
+    BasketWindowFixture basket;
+    for (int i = 0; i < 60; ++i) basket.Link(i % 2 == 0 ? L"4711" : L"4712");
+    const FlexGrid& grid = basket.Grid();
+    for (const int bar : {child_id::kToolbar, child_id::kStatusBar, 0}) {
+        const HWND target = bar != 0 ? basket.Child(bar) : basket.Handle();
+        basket.Grid().SetTopRow(1);
+        SendMessageW(target, WM_MOUSEWHEEL, MAKEWPARAM(0, static_cast<WORD>(-WHEEL_DELTA)), 0);
+        EXPECT_GT(grid.TopRow(), 1) << bar;
+    }
+    SetWindowPos(basket.Handle(), nullptr, 0, 0, 440, 400, SWP_NOMOVE | SWP_NOZORDER);
+    SendMessageW(basket.Handle(), WM_MOUSEHWHEEL, MAKEWPARAM(0, WHEEL_DELTA), 0);
+    EXPECT_GT(grid.LeftCol(), 1);
+}
+
 TEST(WindowEditor, ADescriptionIsCutAt25Characters) {
     BasketWindowFixture basket;
     basket.Link(L"");
@@ -347,6 +379,56 @@ TEST(WindowEditor, TheListDropsDownTakesAnEntryAndCloses) {
     EXPECT_FALSE(IsWindowVisible(list));
     EXPECT_EQ(basket.TextOf(basket.Text()), L"2");
     EXPECT_EQ(GetFocus(), basket.Text());
+}
+
+// The platform's own drawing of a drop-down button, in a bitmap.
+std::vector<COLORREF> ButtonFace(int width, int height, UINT state) {
+    const HDC screen = GetDC(nullptr);
+    const HDC memory = CreateCompatibleDC(screen);
+    const HBITMAP bitmap = CreateCompatibleBitmap(screen, width, height);
+    const HGDIOBJ before = SelectObject(memory, bitmap);
+    RECT rect{0, 0, width, height};
+    DrawFrameControl(memory, &rect, DFC_SCROLL, state);
+    std::vector<COLORREF> pixels;
+    for (int y = 0; y < height; ++y) {
+        for (int x = 0; x < width; ++x) pixels.push_back(GetPixel(memory, x, y));
+    }
+    SelectObject(memory, before);
+    DeleteObject(bitmap);
+    DeleteDC(memory);
+    ReleaseDC(nullptr, screen);
+    return pixels;
+}
+
+TEST(WindowEditor, TheDropDownButtonIsDrawnAsThePlatformDoesPressedAndReleased) {
+    BasketWindowFixture basket;
+    basket.window->Form()->SetOffersList([](std::int32_t, std::int32_t) { return true; });
+    basket.Link(L"4711");
+    basket.ClickCell(1, column::kMenge);
+    const HWND button = GetDlgItem(basket.Background(), child_id::kIPComboButton);
+    RECT rect{};
+    GetClientRect(button, &rect);
+    ASSERT_GT(rect.right, 0);
+    EXPECT_EQ(rect.right, 255 / 15);
+    const auto shown = [&] {
+        Repaint(basket);
+        const WindowPicture picture = WindowPicture::OfScreen(button);
+        std::vector<COLORREF> pixels;
+        for (int y = 0; y < rect.bottom; ++y) {
+            for (int x = 0; x < rect.right; ++x) pixels.push_back(picture.At(x, y));
+        }
+        return pixels;
+    };
+    const auto face = [&](UINT state) { return ButtonFace(rect.right, rect.bottom, state); };
+    constexpr UINT kReleased = DFCS_SCROLLCOMBOBOX | DFCS_FLAT;
+    constexpr UINT kPressed = DFCS_SCROLLCOMBOBOX | DFCS_PUSHED;
+    ASSERT_NE(face(kReleased), face(kPressed));
+    ASSERT_NE(face(kReleased), face(DFCS_SCROLLCOMBOBOX));
+    EXPECT_EQ(shown(), face(kReleased));
+    basket.Press(VK_F4);
+    EXPECT_EQ(shown(), face(kPressed));
+    basket.Press(VK_F4);
+    EXPECT_EQ(shown(), face(kReleased));
 }
 
 TEST(WindowEditor, TheListClosesWhenItLosesTheFocusOrAMenuOpens) {

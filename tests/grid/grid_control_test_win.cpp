@@ -238,7 +238,6 @@ TEST_F(GridControl, ASentKeyMovesTheCellAfterTheCurrentHandler) {
 
 TEST_F(GridControl, AMessageWithAnUnknownKeyIsIgnored) {
     w.Send(WM_USER + 1, 99, 0);
-    w.Send(WM_KEYDOWN, VK_F5, 0);
     EXPECT_EQ(At(), "1,1:1,1");
     EXPECT_EQ(w.mouse.Take(), "");
 }
@@ -319,9 +318,14 @@ TEST_F(GridControl, ADoublePressOnACellIsReportedOnAHeaderNot) {
     EXPECT_EQ(w.mouse.Take(), "");
 }
 
-TEST_F(GridControl, TabIsHandedToTheListenerAndMovesNothing) {
+TEST_F(GridControl, WhatItHasNoUseForIsHandedToTheListenerAndMovesNothing) {
     w.Send(WM_KEYDOWN, VK_TAB);
-    EXPECT_EQ(w.mouse.Take(), "Tab");
+    w.Send(WM_KEYDOWN, VK_F2);
+    w.Send(WM_KEYDOWN, VK_F5);
+    EXPECT_EQ(w.mouse.Take(), "Key(9,0) Key(113,0) Key(116,0)");
+    w.Send(WM_CHAR, L'7');
+    w.Send(WM_CHAR, 0x20AC);
+    EXPECT_EQ(w.mouse.Take(), "Char(55) Char(8364)");
     EXPECT_EQ(At(), "1,1:1,1");
     EXPECT_EQ(w.mouse.acts, 0);
 }
@@ -369,6 +373,21 @@ TEST_F(GridControl, ShiftWithTheWheelScrollsColumns) {
     w.Send(WM_MOUSEHWHEEL, MAKEWPARAM(0, -WHEEL_DELTA), 0);
     EXPECT_EQ(w.Grid().LeftCol(), 1);
     EXPECT_EQ(w.log->Take(), "Scroll(1,2) Scroll(1,1)");
+}
+
+TEST_F(GridControl, TheHorizontalWheelScrollsColumnsByTheUsersSetting) {
+    w.control->Move({150, 300, 3000, 4800});
+    UINT before = 0;
+    ASSERT_TRUE(SystemParametersInfoW(SPI_GETWHEELSCROLLCHARS, 0, &before, 0));
+    for (const UINT columns : {3U, 2U, 0U}) {
+        SystemParametersInfoW(SPI_SETWHEELSCROLLCHARS, columns, nullptr, 0);
+        w.Send(WM_MOUSEHWHEEL, MAKEWPARAM(0, WHEEL_DELTA), 0);
+        EXPECT_EQ(w.Grid().LeftCol(), 1 + static_cast<int>(columns));
+        w.Send(WM_MOUSEHWHEEL, MAKEWPARAM(0, -WHEEL_DELTA), 0);
+        EXPECT_EQ(w.Grid().LeftCol(), 1);
+    }
+    SystemParametersInfoW(SPI_SETWHEELSCROLLCHARS, before, nullptr, 0);
+    EXPECT_EQ(w.Grid().TopRow(), 1);
 }
 
 TEST_F(GridControl, ScrollBarsFollowTheGrid) {

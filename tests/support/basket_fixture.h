@@ -95,7 +95,11 @@ class BasketFixture {
         grid.SetFrame({640, 400, 2, 17});  // 9600 by 6000 twips
         grid.SetEvents(&form);
         view.form = &form;
-        view.send_to_grid = [this](GridKey key) { grid.Key(key, false, false); };
+        view.send_to_grid = [this](GridKey key) {
+            grid.Key(key, false, false);
+            form.Liste_Acted();
+        };
+        view.show_grid_cell = [this](std::int32_t row, std::int32_t col) { grid.Show(row, col); };
         form.moLibrary = &owner;
         if (initialize) form.Initialize();
     }
@@ -118,6 +122,7 @@ class BasketFixture {
             cell.bottom <= grid.View().bottom) {
             grid.Press((cell.left + cell.right) / 2, (cell.top + cell.bottom) / 2, false);
             grid.Release();
+            form.Liste_Acted();
         } else {
             grid.Select(row, col, row, col);
         }

@@ -8,8 +8,10 @@
 //   EXPECT_EQ(basket.Cell(1, column::kMenge), L"3");
 //
 // Keys are pressed with SendInput and reach whatever has the focus. The loop is a bare GetMessage,
-// TranslateMessage, DispatchMessage, or that of a host that calls IsDialogMessage on its own
-// window.
+// TranslateMessage, DispatchMessage, or that of a framework: one that offers every key to the
+// host's accelerators first, one that calls IsDialogMessage with the root of the focused window, or
+// one that does both. The host's accelerators are keys that a basket uses itself, and two that it
+// does not (F5 and Ctrl+T).
 #pragma once
 
 #include <windows.h>
@@ -30,14 +32,22 @@
 
 namespace demovex {
 
-enum class HostLoop { kBare, kIsDialogMessage };
+enum class HostLoop { kBare, kAccelerators, kDialogOfFocus, kBoth };
+inline constexpr HostLoop kHostLoops[] = {HostLoop::kBare, HostLoop::kAccelerators,
+                                          HostLoop::kDialogOfFocus, HostLoop::kBoth};
 
-// A host's own window, with a text box that takes Tab and arrows in a dialog's manner.
+inline std::string HostLoopName(HostLoop loop) {
+    static const char* const names[] = {"Bare", "Accelerators", "DialogOfFocus", "Both"};
+    return names[static_cast<int>(loop)];
+}
+
+// A host's own window, with a text box that takes Tab and arrows in a dialog's manner, and with
+// accelerators.
 class HostWindow {
   public:
-    HostWindow() {
+    HostWindow() : accelerators(MakeAccelerators()) {
         WNDCLASSW info{};
-        info.lpfnWndProc = DefDlgProcW;
+        info.lpfnWndProc = &HostWindow::Procedure;
         info.cbWndExtra = DLGWINDOWEXTRA;
         info.hInstance = GetModuleHandleW(nullptr);
         info.lpszClassName = L"DemoVexTest.Host";
@@ -46,14 +56,48 @@ class HostWindow {
         handle = CreateWindowExW(WS_EX_CONTROLPARENT, info.lpszClassName, L"Host",
                                  WS_OVERLAPPEDWINDOW | WS_VISIBLE, 5, 5, 220, 120, nullptr, nullptr,
                                  info.hInstance, nullptr);
+        SetWindowLongPtrW(handle, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
         text = CreateWindowExW(0, L"EDIT", L"", WS_CHILD | WS_VISIBLE | WS_TABSTOP | WS_BORDER, 10,
                                10, 150, 24, handle, nullptr, info.hInstance, nullptr);
     }
-    ~HostWindow() { DestroyWindow(handle); }
+    ~HostWindow() {
+        DestroyWindow(handle);
+        DestroyAcceleratorTable(accelerators);
+    }
     HostWindow(const HostWindow&) = delete;
     HostWindow& operator=(const HostWindow&) = delete;
+
+    // The command of an accelerator of the host.
+    static WORD CommandOf(WORD key, bool ctrl) {
+        return static_cast<WORD>(1000 + key + (ctrl ? 256 : 0));
+    }
+
+    HACCEL accelerators;
     HWND handle;
     HWND text;
+    std::vector<WORD> commands;  // that accelerators gave to the host
+
+  private:
+    static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+        auto* host = reinterpret_cast<HostWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+        if (host != nullptr && message == WM_COMMAND && HIWORD(wparam) == 1) {
+            host->commands.push_back(LOWORD(wparam));
+            return 0;
+        }
+        return DefDlgProcW(window, message, wparam, lparam);
+    }
+    static HACCEL MakeAccelerators() {
+        std::vector<ACCEL> table;
+        for (const char key : {'A', 'C', 'V', 'X', 'Y', 'Z', 'O', 'S', 'T'}) {
+            const auto code = static_cast<WORD>(key);
+            table.push_back({FVIRTKEY | FCONTROL, code, CommandOf(code, true)});
+        }
+        for (const WORD key : {VK_DELETE, VK_F2, VK_TAB, VK_RETURN, VK_ESCAPE, VK_LEFT, VK_RIGHT,
+                               VK_UP, VK_DOWN, VK_F5}) {
+            table.push_back({FVIRTKEY, key, CommandOf(key, false)});
+        }
+        return CreateAcceleratorTableW(table.data(), static_cast<int>(table.size()));
+    }
 };
 
 class BasketWindowFixture {
@@ -95,7 +139,13 @@ class BasketWindowFixture {
     // Handles everything that is queued, as the host's loop does.
     void Pump() {
         MSG message;
-        while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) Handle(message);
+        const auto take = [&] {
+            taking = true;
+            const BOOL taken = PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE);
+            taking = false;
+            return taken;
+        };
+        while (take()) Handle(message);
     }
 
     // --- the user
@@ -200,7 +250,8 @@ class BasketWindowFixture {
     Services services;
     std::shared_ptr<FakeBasketOwner> owner;
     std::shared_ptr<BasketWindow> window;
-    std::vector<wchar_t> characters;  // every WM_CHAR that the loop has seen
+    std::vector<MSG> keys_seen;  // every key and character that the loop has seen
+    bool taking = false;         // a message is being taken from the queue
 
   private:
     static INPUT KeyInput(WORD key, DWORD flags) {
@@ -234,8 +285,14 @@ class BasketWindowFixture {
     void Handle(MSG& message) {
         if (message.message == WM_KEYUP || message.message == WM_SYSKEYUP) ++ups_;
         if (message.message == WM_LBUTTONUP) released_ = true;
-        if (message.message == WM_CHAR) characters.push_back(static_cast<wchar_t>(message.wParam));
-        if (loop_ == HostLoop::kIsDialogMessage && IsDialogMessageW(host.handle, &message)) return;
+        if (message.message == WM_KEYDOWN || message.message == WM_SYSKEYDOWN ||
+            message.message == WM_CHAR || message.message == WM_SYSCHAR) {
+            keys_seen.push_back(message);
+        }
+        const bool accelerators = loop_ == HostLoop::kAccelerators || loop_ == HostLoop::kBoth;
+        if (accelerators && TranslateAcceleratorW(host.handle, host.accelerators, &message)) return;
+        const bool dialogs = loop_ == HostLoop::kDialogOfFocus || loop_ == HostLoop::kBoth;
+        if (dialogs && IsDialogMessageW(GetAncestor(GetFocus(), GA_ROOT), &message)) return;
         TranslateMessage(&message);
         DispatchMessageW(&message);
     }

@@ -18,6 +18,7 @@
 #include <map>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "basket/basket_view.h"
@@ -30,6 +31,7 @@ class FakeBasketView final : public IBasketView, public IEditorView {
     // Key codes of the platform.
     enum Key : int {
         kBack = 8,
+        kTab = 9,
         kReturn = 13,
         kEscape = 27,
         kPageUp = 33,
@@ -47,6 +49,8 @@ class FakeBasketView final : public IBasketView, public IEditorView {
 
     TestLibForm* form = nullptr;                // receives the events; may be null
     std::function<void(GridKey)> send_to_grid;  // where PumpKeys delivers
+    // where ShowGridCell scrolls
+    std::function<void(std::int32_t row, std::int32_t col)> show_grid_cell;
 
     // --- the window as it stands
     TwipsRect grid_rect{0, 360, 9600, 6000};
@@ -81,6 +85,7 @@ class FakeBasketView final : public IBasketView, public IEditorView {
     TwipsRect text_rect;
     bool text_visible = false;
     std::wstring text;
+    std::wstring undo;  // what Undo brings back; a text box remembers one step
     std::int32_t max_length = 0;
     std::int32_t sel_start = 0;
     std::int32_t sel_length = 0;
@@ -118,11 +123,7 @@ class FakeBasketView final : public IBasketView, public IEditorView {
                 Caret(length);
                 break;
             case kBack:
-                if (sel_length == 0 && sel_start > 0) {
-                    --sel_start;
-                    sel_length = 1;
-                }
-                if (sel_length > 0) Replace(L"");
+                Erase();
                 break;
             case kDelete:
                 if (sel_length == 0 && sel_start < length) sel_length = 1;
@@ -142,11 +143,22 @@ class FakeBasketView final : public IBasketView, public IEditorView {
             if (form != nullptr) form->IPText_KeyDown(code, 0);
             int ascii = character;
             if (form != nullptr) form->IPText_KeyPress(ascii);
-            if (ascii != 0) Replace(std::wstring(1, static_cast<wchar_t>(ascii)));
+            if (ascii == kBack) {
+                Erase();
+            } else if (ascii != 0) {
+                Replace(std::wstring(1, static_cast<wchar_t>(ascii)));
+            }
         }
     }
     // Text pasted over the selection, cut to the maximum length like the text box does.
     void Paste(std::wstring_view pasted) { Replace(pasted); }
+    // Ctrl+Z in the text box.
+    void Undo() {
+        if (undo.empty()) return;
+        const std::wstring back = std::exchange(undo, text);
+        text = back;
+        if (form != nullptr) form->IPText_Change();
+    }
     // The timer's tick, when it is enabled.
     void Tick() {
         if (timer_enabled && form != nullptr) form->SetFocusTimer_Timer();
@@ -177,7 +189,8 @@ class FakeBasketView final : public IBasketView, public IEditorView {
     std::wstring Text() const override { return text; }
     void SetText(std::wstring_view new_text) override {
         if (text == new_text) return;
-        text = new_text;
+        // a text box holds a text up to its first NUL, and tells of a change whenever it is set
+        text = new_text.substr(0, new_text.find(L'\0'));
         sel_start = 0;
         sel_length = 0;
         if (form != nullptr) form->IPText_Change();
@@ -191,6 +204,9 @@ class FakeBasketView final : public IBasketView, public IEditorView {
         sel_length = std::clamp(length, 0, size - sel_start);
     }
     void FocusText() override { focus = Focus::kText; }
+    void ForgetUndo() override { undo.clear(); }
+    void TakeKey(int key_code) override { Press(key_code); }
+    void TakeCharacter(wchar_t character) override { Type(std::wstring(1, character)); }
     Twips ComboButtonWidth() const override { return button_width; }
     void MoveComboButton(const TwipsRect& rect) override { button_rect = rect; }
     void ShowComboButton(bool visible) override { button_visible = visible; }
@@ -220,6 +236,9 @@ class FakeBasketView final : public IBasketView, public IEditorView {
     void SendGridKey(GridKey key) override { grid_keys.push_back(key); }
     void SendEditKey(EditKey key) override { edit_keys.push_back(key); }
     TwipsPoint GridOrigin() const override { return {grid_rect.left, grid_rect.top}; }
+    void ShowGridCell(std::int32_t row, std::int32_t col) override {
+        if (show_grid_cell) show_grid_cell(row, col);
+    }
     void MoveGrid(const TwipsRect& rect) override { grid_rect = rect; }
     Twips InnerWidth() const override { return inner_width; }
     Twips InnerHeight() const override { return inner_height; }
@@ -258,6 +277,13 @@ class FakeBasketView final : public IBasketView, public IEditorView {
     void RequestClose() override { ++close_requests; }
 
   private:
+    void Erase() {
+        if (sel_length == 0 && sel_start > 0) {
+            --sel_start;
+            sel_length = 1;
+        }
+        if (sel_length > 0) Replace(L"");
+    }
     void Caret(std::int32_t position) {
         sel_start = position;
         sel_length = 0;
@@ -273,6 +299,7 @@ class FakeBasketView final : public IBasketView, public IEditorView {
         changed.replace(static_cast<std::size_t>(sel_start), static_cast<std::size_t>(sel_length),
                         with.substr(0, room));
         const bool different = changed != text;
+        if (different) undo = text;
         text = changed;
         sel_start += static_cast<std::int32_t>(room);
         sel_length = 0;

@@ -23,8 +23,12 @@ class GridMouseLog : public IFlexGridControlEvents {
                       std::to_string(x) + "," + std::to_string(y) + ")");
     }
     void DblClick() override { log.push_back("DblClick"); }
-    bool TabPressed() override {
-        log.push_back("Tab");
+    bool KeyPressed(int key, int shift) override {
+        log.push_back("Key(" + std::to_string(key) + "," + std::to_string(shift) + ")");
+        return true;
+    }
+    bool CharacterTyped(wchar_t character) override {
+        log.push_back("Char(" + std::to_string(static_cast<int>(character)) + ")");
         return true;
     }
     // Counted only: where the cell was by then is what matters.

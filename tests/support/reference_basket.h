@@ -112,6 +112,9 @@ class ReferenceBasket : public ReferenceRows {
                 case View::kF2:
                     sel_length = 0;
                     return true;
+                case View::kTab:
+                    NextCell(+1);
+                    return true;
                 case View::kReturn:
                     if (edit_col != 2) {
                         Commit();
@@ -123,6 +126,10 @@ class ReferenceBasket : public ReferenceRows {
                 default:
                     return false;
             }
+        }
+        if (shift == 1 && key == View::kTab) {
+            NextCell(-1);
+            return true;
         }
         if (shift == 1 && ((key == View::kUp && edit_row >= 2) ||
                            (key == View::kDown && edit_row < Rows() - 1))) {
@@ -239,6 +246,36 @@ class ReferenceBasket : public ReferenceRows {
         }
     }
     void Resize() { Close(); }
+    // The user has pressed on the current cell, or moved: what may be edited is edited.
+    void Acted() {
+        if (!editor && !suppress && Editable()) Open();
+    }
+    // To the next of the cells that may be edited, row by row, or the one before.
+    void NextCell(int step) {
+        const std::pair<int, int> from =
+            editor ? std::pair(edit_row, edit_col) : std::pair(row, col);
+        Close();
+        std::vector<std::pair<int, int>> cells;
+        for (int r = 1; r <= Lines(); ++r) {
+            if (IsArticle(r)) {
+                cells.emplace_back(r, 3);
+            } else {
+                cells.emplace_back(r, 1);
+                cells.emplace_back(r, 2);
+            }
+        }
+        std::pair<int, int> next = from;
+        for (const auto& cell : cells) {
+            if (step < 0 && cell < from) next = cell;
+            if (step > 0 && next == from && cell > from) next = cell;
+        }
+        if (next != from) {
+            Suppress guard(*this);
+            const auto [r, c] = next;
+            Select(r, c, r, c);
+        }
+        Acted();
+    }
 
     bool Editable() {
         if (row < 1 || row >= Rows() - 1 || row != row_sel || col != col_sel) return false;
@@ -290,7 +327,9 @@ class ReferenceBasket : public ReferenceRows {
         if (loading) return;
         ShowPosition();
         Commit();
-        if (suppress || !Editable()) return;
+        if (!suppress && Editable()) Open();
+    }
+    void Open() {
         editor = true;
         edit_row = row, edit_col = col;
         text = At(row, col);

@@ -1,0 +1,24 @@
+#include "basket/cell_view.h"
+
+#include "basket/columns.h"
+
+namespace demovex {
+
+void BringRowIntoView(BasketContext& context, std::int32_t row) {
+    BringCellIntoView(context, row, column::kNumber);
+}
+
+void BringCellIntoView(BasketContext& context, std::int32_t row, std::int32_t col) {
+    const IFlexGrid& grid = context.Liste;
+    if (row < 1 || row >= grid.Rows() || col < 0 || col >= grid.Cols()) return;
+    context.view.ShowGridCell(row, col);
+    LiftAboveEdge(context.Liste, row);
+}
+
+void LiftAboveEdge(IFlexGrid& grid, std::int32_t row) {
+    if (row < 1 || row >= grid.Rows() - 1 || row <= grid.TopRow()) return;
+    if (grid.RowPos(row + 1) <= grid.Height() - kEdgeMargin) return;
+    grid.SetTopRow(grid.TopRow() + 1);
+}
+
+}  // namespace demovex
