@@ -100,6 +100,23 @@ TEST_F(DropDownList, ReleasingOverAnEntryTakesItAndAnywhereElseOnlyCloses) {
     }
 }
 
+TEST_F(DropDownList, ReleasingBelowTheThreeEntriesInViewTakesNoneOfTheFurtherOnes) {
+    basket.view.list_entries = {L"1", L"3", L"10", L"20", L"30"};
+    basket.form.IPComboButton_Click();
+    basket.form.IPComboList_MouseUp(1, 0, 10, 3 * 195);
+    EXPECT_FALSE(basket.view.list_visible);
+    EXPECT_EQ(basket.view.text, L"3");
+    basket.form.IPComboButton_Click();
+    basket.form.IPComboList_MouseUp(1, 0, 10, 3 * 195 - 1);
+    EXPECT_EQ(basket.view.text, L"10");
+}
+
+TEST_F(DropDownList, OfEqualEntriesTheFirstIsSelected) {
+    basket.view.list_entries = {L"1", L"3", L"10", L"3", L"3"};
+    basket.form.IPComboButton_Click();
+    EXPECT_EQ(basket.view.list_index, 1);
+}
+
 TEST_F(DropDownList, AnEmptyListTakesNothing) {
     basket.view.list_entries.clear();
     basket.form.IPComboButton_Click();
