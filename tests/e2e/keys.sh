@@ -26,6 +26,15 @@ same "Ctrl+U moves up" "$(rows u.txt)" "def,,;$article;abc,,;"
 same "Ctrl+D moves down" "$(rows d.txt)" "$article;def,,;abc,,;"
 same "Ctrl+L deletes" "$(rows l.txt)" "$article;abc,,;"
 
+# Tab goes from cell to cell and back, and what closes the editor leaves a cell that takes the next key
+host /basket /follow 4711 /keys "Ctrl+N A B C Shift+Tab 4 7 1 2 Tab 5 Tab Shift+Tab 2 Enter" \
+  /dump-basket "$win\\tab.txt" /file-dialog tab.bsk /keys "Ctrl+S" /keys "7 Enter" \
+  /dump-basket "$win\\typed.txt" /answer 7 /close /quit
+same "Tab and Shift+Tab" "$(rows tab.txt)" \
+  "4711,Schlosserhammer 300 g Esche,2;4712,Schlosserhammer 500 g Esche,5;"
+same "a digit after Ctrl+S" "$(rows typed.txt)" \
+  "4711,Schlosserhammer 300 g Esche,7;4712,Schlosserhammer 500 g Esche,5;"
+
 # files and the printer that is not there
 host /basket /follow 4711 /file-dialog tasten.bsk /keys "Ctrl+S" \
   /caption "Vexmart Demo Warenkorb 1.1 - tasten.bsk" /follow 4712 /keys "Ctrl+S" \
