@@ -201,7 +201,8 @@ TEST(WindowEditor, ReturnKeepsItOnTheScreenUnlessTheTotalsCannotBeReckoned) {
     basket.Pump();
     EXPECT_TRUE(IsWindowVisible(basket.Background()));
     EXPECT_EQ(GetFocus(), basket.Text());
-    basket.Grid().SetTextMatrix(1, column::kPreisAts, L"x");
+    // a quantity whose total no number can hold
+    SendMessageW(basket.Text(), EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(L"1e307"));
     PostMessageW(basket.Text(), WM_KEYDOWN, VK_RETURN, 1);
     basket.Pump();
     EXPECT_FALSE(IsWindowVisible(basket.Background()));
