@@ -62,7 +62,21 @@ TEST_F(HashtableTest, InitialSizeIsTheLeastSize) {
     EXPECT_EQ(table.Size(), 41);
 }
 
+TEST_F(HashtableTest, InitialSizeCountsAtARebuildToo) {
+    table.Create();
+    table.SetInitialSize(1000);
+    for (std::int32_t id = 1; id <= 19; ++id) Add(id, id);
+    EXPECT_EQ(table.Size(), 23);
+    Add(20, 20);
+    EXPECT_EQ(table.Size(), 1009);
+    EXPECT_EQ(table.InitialSize(), 1000);
+}
+
 TEST_F(HashtableTest, ANegativeInitialSizeIsRefusedAndNotStored) {
+    table.SetInitialSize(0);
+    EXPECT_EQ(Raised([&] { table.SetInitialSize(-1); }).description,
+              L"Invalid initial size specified: -1 (must be >= 0)");
+    EXPECT_EQ(table.InitialSize(), 0);
     table.SetInitialSize(7);
     const auto raised = Raised([&] { table.SetInitialSize(-3); });
     EXPECT_EQ(raised.number, -1);
@@ -167,6 +181,18 @@ TEST_F(HashtableTest, InsertAndDeleteDoNotResetTheEnumeration) {
     EXPECT_EQ(table.EnumItems(), 1);
     Add(3, 1);
     table.Delete(1);
+    EXPECT_EQ(table.EnumItems(), 2);
+    EXPECT_EQ(table.EnumItems(), 0);
+    EXPECT_EQ(table.EnumItems(), 3);
+}
+
+TEST_F(HashtableTest, CreateDoesNotResetTheEnumeration) {
+    Fill(3);  // keys 10, 20 and 30 in 29 slots: 30 stands in the second
+    table.Create();
+    EXPECT_EQ(Ids(), (std::vector<std::int32_t>{3, 1, 2}));
+    EXPECT_EQ(table.EnumItems(), 3);
+    table.Create();
+    EXPECT_EQ(table.EnumItems(), 1) << "it goes on behind the slot that it had reached";
     EXPECT_EQ(table.EnumItems(), 2);
     EXPECT_EQ(table.EnumItems(), 0);
     EXPECT_EQ(table.EnumItems(), 3);

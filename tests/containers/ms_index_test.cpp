@@ -74,6 +74,20 @@ TEST_F(IndexTest, CreateIsTheIdentityAndOnlyAsksForTheCount) {
     EXPECT_EQ(owner->calls.tags, Ids{9});
 }
 
+TEST_F(IndexTest, CreateTakesNoNoticeOfTheInitialSizeAndTheNextGrowthDoes) {
+    Fill({10, 20, 30});
+    index.SetInitialSize(100);
+    index.Create();
+    EXPECT_EQ(index.Count(), 3);
+    EXPECT_EQ(index.Capacity(), 3);
+    Add(4, 40);
+    EXPECT_EQ(index.Capacity(), 100);
+    EXPECT_EQ(Positions(), (Ids{1, 2, 3, 4}));
+    index.SetInitialSize(0);
+    index.Create();
+    EXPECT_EQ(index.Capacity(), 4);
+}
+
 TEST_F(IndexTest, TheIdentityCanBeInsertedIntoAndDeletedFrom) {
     Fill({10, 20, 30});
     index.Create();

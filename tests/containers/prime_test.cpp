@@ -8,6 +8,26 @@
 namespace demovex {
 namespace {
 
+// The process shares one table, and any test may be first to ask it: taken before all of them.
+// 7919 is the thousandth prime.
+struct FirstSteps {
+    PrimeTableSize fresh = KnownPrimes();
+    PrimeTableSize up_to_limit = (IsPrime(7907 * 7907), KnownPrimes());
+    PrimeTableSize one_more = (IsPrime(7919 * 7919), KnownPrimes());
+} const first_steps;
+
+TEST(KnownPrimes, BeginWithTheTenBelow30AndRoomForAThousand) {
+    EXPECT_EQ(first_steps.fresh.count, 10);
+    EXPECT_EQ(first_steps.fresh.capacity, 1000);
+}
+
+TEST(KnownPrimes, GrowByAThousandOnlyWhenAThousandAreKnown) {
+    EXPECT_EQ(first_steps.up_to_limit.count, 1000) << "one above 7907";
+    EXPECT_EQ(first_steps.up_to_limit.capacity, 1000);
+    EXPECT_EQ(first_steps.one_more.count, 1001);
+    EXPECT_EQ(first_steps.one_more.capacity, 2000);
+}
+
 TEST(FindPrime, GivesTheFirstPrimeNotBelow) {
     EXPECT_EQ(FindPrime(20), 23);
     EXPECT_EQ(FindPrime(23), 23);

@@ -93,6 +93,23 @@ TEST_F(ParameterCost, LongDelimitersThatAlmostMatchEverywhere) {
     ExpectLinear(parser, L"", L"a", L"");
 }
 
+// The same text, once with delimiters of ten characters and once of ten thousand: compared afresh
+// at every place, the longer ones would cost a thousand times as much.
+TEST_F(ParameterCost, LongerDelimitersCostNoMore) {
+    const std::wstring text(kLong, L'a');
+    const auto seconds = [&](std::size_t length) {
+        parser.SetColumnDelimiter(std::wstring(length, L'a') + L"b");
+        parser.SetRowDelimiter(std::wstring(length, L'a') + L"c");
+        const double time = Seconds(parser, text);
+        EXPECT_EQ(parser.Rows(), 1);
+        EXPECT_EQ(parser.Cols(1), 1);
+        return time;
+    };
+    const double small = seconds(10);
+    const double large = seconds(10000);
+    EXPECT_LT(large, std::max(10 * small, 1.0)) << small << " s and " << large << " s";
+}
+
 TEST_F(ParameterCost, AColumnDelimiterFullOfRowDelimiters) {
     parser.SetColumnDelimiter(Repeated(L"ab", 1000));
     parser.SetRowDelimiter(L"b");

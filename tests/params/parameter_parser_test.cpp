@@ -168,9 +168,32 @@ TEST(ParameterParser, RowsGrowToTwentyMoreThanAskedFor) {
     EXPECT_EQ(parser.ParameterString(), std::wstring(30, L';') + L"x;");
 }
 
+TEST(ParameterParser, TheTenthRowIsTheLastThatFits) {
+    ParameterParser parser;
+    parser.SetValue(1, 10, L"x");
+    EXPECT_EQ(parser.RowCapacity(), 10);
+    parser.SetValue(1, 11, L"");
+    EXPECT_EQ(parser.RowCapacity(), 31);
+    parser.SetValue(1, 31, L"x");
+    EXPECT_EQ(parser.RowCapacity(), 31);
+    parser.SetValue(1, 32, L"x");
+    EXPECT_EQ(parser.RowCapacity(), 52);
+    ParameterParser columns;
+    columns.SetValue(11, 1, L"x");
+    EXPECT_EQ(columns.ColumnCapacity(), 21);
+    columns.SetValue(21, 1, L"x");
+    EXPECT_EQ(columns.ColumnCapacity(), 21);
+    EXPECT_EQ(columns.RowCapacity(), 10);
+}
+
 TEST(ParameterParser, ParsingGrowsByTheSameSteps) {
     ParameterParser parser = Parsed(L"1,2,3,4,5,6,7,8,9,10,11,12");
     EXPECT_EQ(parser.ColumnCapacity(), 21);
+    parser.SetParameterString(L"1,2,3,4,5,6,7,8,9,10");
+    EXPECT_EQ(parser.ColumnCapacity(), 10);
+    parser.SetParameterString(std::wstring(9, L';') + L"x");
+    EXPECT_EQ(parser.Rows(), 10);
+    EXPECT_EQ(parser.RowCapacity(), 10);
     parser.SetParameterString(std::wstring(10, L';') + L"x");
     EXPECT_EQ(parser.RowCapacity(), 31);
     parser.SetParameterString(std::wstring(100, L';'));
