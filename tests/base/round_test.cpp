@@ -44,12 +44,16 @@ TEST(RoundToHundredths, RoundsHalvesToTheEvenHundredth) {
     EXPECT_EQ(RoundToHundredths(0.125), 0.12);
     EXPECT_EQ(RoundToHundredths(0.375), 0.38);
     EXPECT_EQ(RoundToHundredths(-0.125), -0.12);
+    EXPECT_EQ(RoundToHundredths(-0.375), -0.38);
     EXPECT_EQ(RoundToHundredths(100 / 13.7603), 7.27);
 }
 
 TEST(RoundToHundredths, LeavesHugeValuesAsTheyAre) {
     EXPECT_EQ(RoundToHundredths(1e300), 1e300);
     EXPECT_EQ(RoundToHundredths(4503599627370497.0), 4503599627370497.0);
+    // a hundred times as much is no double any more
+    EXPECT_EQ(RoundToHundredths(1e307), 1e307);
+    EXPECT_EQ(RoundToHundredths(-1e307), -1e307);
 }
 
 }  // namespace

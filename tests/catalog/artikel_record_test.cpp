@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <string>
 
 namespace demovex {
@@ -14,6 +15,7 @@ TEST(ArtikelRecord, IsBlankAtFirst) {
     EXPECT_EQ(record.TrimmedPreis(), "");
     EXPECT_EQ(record.Nr[9], ' ');
     EXPECT_EQ(record.Preis[0], ' ');
+    EXPECT_EQ(record.LineEnd, (std::array<char, 2>{'\r', '\n'}));
 }
 
 TEST(ArtikelRecord, TakesItsFieldsByPlace) {

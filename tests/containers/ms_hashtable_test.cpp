@@ -284,7 +284,8 @@ TEST_F(HashtableTest, ATableWithoutAnEmptySlotIsReportedAsCorrupted) {
     owner.before_count = [] { RaiseRuntimeError(runtime_error::kOutOfMemory); };
     EXPECT_EQ(Raised([&] { Add(20, 20); }).number, 7);
     EXPECT_EQ(table.Count(), 0);
-    for (std::int32_t id = 20; id <= 23; ++id) Add(id, id);
+    for (std::int32_t id = 20; id <= 22; ++id) Add(id, id);
+    Add(23, 24);  // home slot 2; all are full up to the end, so it stands in slot 1
     const auto full = Raised([&] { Add(24, 24); });
     EXPECT_EQ(full.number, -1);
     EXPECT_EQ(full.source, L"MSHashtable::Insert");
@@ -294,6 +295,7 @@ TEST_F(HashtableTest, ATableWithoutAnEmptySlotIsReportedAsCorrupted) {
     EXPECT_EQ(no_end.source, L"MSHashtable::Delete");
     EXPECT_EQ(no_end.description, L"Hashtable is corrupted (2)");
     EXPECT_EQ(table.Find(3), 3);
+    EXPECT_EQ(table.Find(24), 23) << "found in the slot that is visited last";
     EXPECT_EQ(table.Find(99), 0) << "every slot was visited";
 }
 
@@ -363,6 +365,7 @@ TEST(StringHashvalueZX81, WeighsTheCharactersByTheGenerator) {
     EXPECT_EQ(MSHashtable::StringHashvalueZX81("ABC"), 5015 + 67 * 5625);
     EXPECT_EQ(MSHashtable::StringHashvalueZX81("ABCD"),
               5015 + 67 * 5625 + 68 * (5625 * 75 % 65537));
+    EXPECT_EQ(MSHashtable::StringHashvalueZX81("\xFC"), 252) << "characters are 0 to 255";
 }
 
 TEST(StringHashvalueZX81, RaisesOverflowForLongTexts) {

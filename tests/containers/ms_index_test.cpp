@@ -410,6 +410,22 @@ TEST_F(IndexTest, AnOwnerThatClearsTheIndexWithinACallbackDoesNoHarm) {
     EXPECT_EQ(index.Count(), 100);
 }
 
+TEST_F(IndexTest, AnOwnerThatOnlyTheIndexHoldsOutlivesItsOwnSort) {
+    Fill({3, 1, 2});
+    CountingOwner* const only = owner.get();
+    const std::weak_ptr<CountingOwner> watched = owner;
+    owner.reset();
+    bool alive = true;
+    only->before_compare = [&] {
+        index.SetMSContainer(nullptr);
+        alive = alive && !watched.expired();
+    };
+    index.Sort();
+    EXPECT_TRUE(alive);
+    EXPECT_TRUE(watched.expired()) << "released when the sort was done";
+    EXPECT_EQ(Positions(), (Ids{2, 3, 1}));
+}
+
 TEST_F(IndexTest, AnOwnerThatComparesAtRandomDoesNoHarm) {
     std::vector<std::int32_t> keys(5000, 1);
     Fill(keys);

@@ -40,6 +40,8 @@ TEST(LeadingNumber, ReadsExponents) {
     EXPECT_EQ(LeadingNumber(L"1e-400"), 0);
     EXPECT_EQ(LeadingNumber(L"0e400"), 0);
     EXPECT_EQ(LeadingNumber(L"0e99999999999999999999999"), 0);
+    EXPECT_EQ(LeadingNumber(L"0." + std::wstring(2000, L'0') + L"1e2001"), 1);
+    EXPECT_EQ(LeadingNumber(L"1" + std::wstring(2000, L'0') + L"e-2000"), 1);
     EXPECT_EQ(RaisedBy([] { LeadingNumber(L"1e400"); }), 6);
     EXPECT_EQ(RaisedBy([] { LeadingNumber(std::wstring(400, L'9')); }), 6);
 }
@@ -54,6 +56,22 @@ TEST(LeadingNumber, ReadsHexadecimalAndOctalLiterals) {
     EXPECT_EQ(LeadingNumber(L"&H10000"), 65536);
     EXPECT_EQ(LeadingNumber(L"&HFFFFFFFF"), -1);
     EXPECT_EQ(LeadingNumber(L"&H100000000"), 4294967296.0);
+    // each range of signed literals at its edges
+    EXPECT_EQ(LeadingNumber(L"&H7FFF"), 32767);
+    EXPECT_EQ(LeadingNumber(L"&H8000"), -32768);
+    EXPECT_EQ(LeadingNumber(L"&H8000&"), 32768);
+    EXPECT_EQ(LeadingNumber(L"&H7FFFFFFF"), 2147483647.0);
+    EXPECT_EQ(LeadingNumber(L"&H80000000"), -2147483648.0);
+    EXPECT_EQ(LeadingNumber(L"&HFFFFFFFF&"), -1);
+    EXPECT_EQ(LeadingNumber(L"&habcdefABCDEF"), 0xABCDEFABCDEFull);
+    EXPECT_EQ(LeadingNumber(L"&HG"), 0);
+}
+
+TEST(LeadingNumber, AHexadecimalNumberTooLargeForADoubleIsAnOverflow) {
+    const auto digits = [](std::size_t count) { return L"&H" + std::wstring(count, L'F'); };
+    EXPECT_GT(LeadingNumber(digits(240)), 1e288);
+    EXPECT_EQ(RaisedBy([&] { LeadingNumber(digits(260)); }), 6);
+    EXPECT_EQ(RaisedBy([&] { LeadingNumber(digits(100000)); }), 6);
 }
 
 TEST(TrimBlanks, RemovesOnlyBlanksAndOnlyAtTheEnds) {

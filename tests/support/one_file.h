@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <new>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -31,8 +32,9 @@ class OneFile final : public IFileSystem {
 
     std::uint64_t size;
     bool exists = true;
-    std::int32_t open_error = 0;  // raised by OpenShared when not 0
-    std::int32_t read_error = 0;  // raised by Read when not 0
+    std::int32_t open_error = 0;    // raised by OpenShared when not 0
+    std::int32_t read_error = 0;    // raised by Read when not 0
+    bool open_memory_ends = false;  // OpenShared finds no memory
     int reads = 0;
     int open_files = 0;  // readers alive
     std::wstring opened_path;
@@ -46,6 +48,7 @@ class OneFile final : public IFileSystem {
     }
     std::unique_ptr<IRandomReader> OpenShared(std::wstring_view path) override {
         if (open_error != 0) RaiseRuntimeError(open_error);
+        if (open_memory_ends) throw std::bad_alloc();
         opened_path = path;
         return std::make_unique<Reader>(*this);
     }
