@@ -151,7 +151,8 @@ struct FilesFixture {
         return L"";
     }
     std::wstring LoadErrorOf(const std::wstring& path, std::wstring_view cause) const {
-        return L"Datei '" + ShownPath(path) + L"' kann nicht geöffnet werden: " + std::wstring(cause);
+        return L"Datei '" + ShownPath(path) + L"' kann nicht geöffnet werden: " +
+               std::wstring(cause);
     }
     const FakeMessageBox::Shown& LastMessage() const {
         return messages.shown.back();
