@@ -35,6 +35,7 @@ bool EscapeWatch::Pressed() noexcept {
 
 void EscapeWatch::End() noexcept {
     if (depth_ == 0 || --depth_ > 0 || !pressed_) return;
+    pressed_ = false;
     MSG message;
     while (PeekMessageW(&message, nullptr, WM_KEYFIRST, WM_KEYLAST, PM_REMOVE | PM_QS_INPUT)) {
     }

@@ -23,6 +23,8 @@ function(add_floor name)
       set_source_files_properties(${win_sources} PROPERTIES COMPILE_OPTIONS -Wno-non-virtual-dtor)
       add_library(${name}_win STATIC ${win_sources})
       target_link_libraries(${name}_win PUBLIC ${name} ${lower_win} ${DEMOVEX_SYSTEM_LIBS})
+      # thin code around calls of the system, which cost what they cost
+      target_compile_options(${name}_win PRIVATE $<$<CONFIG:Release>:-Os>)
     else()
       add_library(${name}_win INTERFACE)
       target_link_libraries(${name}_win INTERFACE ${name} ${lower_win})

@@ -108,14 +108,19 @@ constexpr std::array kScales = {96, 106, 110, 120, 130, 134, 144, 154, 168, 192,
 TEST(WindowScale, TheEditorLiesOnThePixelsOfItsCellAtEveryScale) {
     for (const int dpi : kScales) {
         ScaledWindow basket(dpi);
-        for (int i = 0; i < 12; ++i) basket.Link(i % 2 == 0 ? L"4711" : L"4712");
+        // lines without an article: their first column is in view at any scale
+        for (int i = 0; i < 12; ++i) {
+            SendMessageW(basket.Handle(), WM_COMMAND,
+                         static_cast<WPARAM>(Command::mnuEditNeueZeile), 0);
+        }
+        basket.Grid().SetTopRow(1);
         for (const std::int32_t row : {1, 2, 3, 5, 8}) {
             SCOPED_TRACE(::testing::Message() << dpi << " dpi, row " << row);
-            basket.Grid().Select(row, column::kMenge, row, column::kMenge);
+            basket.Grid().Select(row, column::kArtNr, row, column::kArtNr);
             basket.Pump();
             ASSERT_TRUE(basket.EditorOpen());
             EXPECT_EQ(Told(ScaledWindow::Of(basket.Background())),
-                      Told(basket.CellOnScreen(row, column::kMenge)));
+                      Told(basket.CellOnScreen(row, column::kArtNr)));
         }
     }
 }
@@ -125,6 +130,7 @@ TEST(WindowScale, AWindowThatComesToAnotherScreenLooksAsIfMadeForIt) {
     ASSERT_TRUE(each_monitor.Understood());
     ScaledWindow basket;
     basket.Link(L"4711");
+    const int first_dpi = WindowDpi(basket.Handle());
     const RECT first = ScaledWindow::Of(basket.Handle());
     const std::string first_looks = Looks(basket);
     for (const int dpi : {144, 110, 192, 384}) {
@@ -135,7 +141,7 @@ TEST(WindowScale, AWindowThatComesToAnotherScreenLooksAsIfMadeForIt) {
         basket.GoToScale(dpi, rect.right - rect.left, rect.bottom - rect.top);
         EXPECT_EQ(Looks(basket), Looks(made));
     }
-    basket.GoToScale(96, first.right - first.left, first.bottom - first.top);
+    basket.GoToScale(first_dpi, first.right - first.left, first.bottom - first.top);
     EXPECT_EQ(Looks(basket), first_looks);
 }
 
@@ -187,7 +193,9 @@ TEST(WindowScale, TheWindowHasTheScaleThatItsHostMinds) {
 }
 
 TEST(WindowScale, AnImpossibleScaleOrPlaceIsIgnored) {
+    const ThreadMinds each_monitor(-4);
     ScaledWindow basket;
+    const int own = WindowDpi(basket.Handle());
     basket.Link(L"4711");
     const std::string looks = Looks(basket);
     const RECT rect = ScaledWindow::Of(basket.Handle());
@@ -195,7 +203,7 @@ TEST(WindowScale, AnImpossibleScaleOrPlaceIsIgnored) {
     EXPECT_EQ(Looks(basket), looks);
     // addresses that another program has made up
     for (const LPARAM place : {LPARAM{0}, LPARAM{4}, static_cast<LPARAM>(0x7FFFFFF0)}) {
-        SendMessageW(basket.Handle(), kDpiChanged, MAKEWPARAM(96, 96), place);
+        SendMessageW(basket.Handle(), kDpiChanged, MAKEWPARAM(own, own), place);
     }
     basket.Pump();
     EXPECT_EQ(Looks(basket), looks);

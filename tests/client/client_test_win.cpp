@@ -262,7 +262,7 @@ TEST_F(ClientTest, AnErrorOfTheWindowReachesTheHostWithNumberSourceAndDescriptio
 
 TEST_F(ClientTest, AFailureOfTheHostIsRaisedInTheWindowWithTheHostsOwnWords) {
     ASSERT_EQ(client->Initialize(Parent()), S_OK);
-    ReportFailure(IID_IVEXHost, {0, L"Katalog", L"Seite fehlt"});
+    host.on_navigating = [] { ReportFailure(IID_IVEXHost, {0, L"Katalog", L"Seite fehlt"}); };
     host.answer = static_cast<HRESULT>(0x800A0005);
     try {
         windows.owners[0]->NavigateToCatalog(L"vex://seite/9");

@@ -177,29 +177,6 @@ TEST_F(FileDialogsTest, AHiddenHelpButtonIsHiddenAndAShownOneIsHarmless) {
     EXPECT_TRUE(still_there);
 }
 
-// What the owner is asked for when the help button is pressed.
-LPARAM help_wanted = 0;
-WNDPROC owner_procedure = nullptr;
-LRESULT CALLBACK ListenForHelp(HWND owner, UINT message, WPARAM wparam, LPARAM lparam) {
-    if (message == RegisterWindowMessageW(HELPMSGSTRINGW)) {
-        help_wanted = reinterpret_cast<const OPENFILENAMEW*>(lparam)->lCustData;
-    }
-    return CallWindowProcW(owner_procedure, owner, message, wparam, lparam);
-}
-
-TEST_F(FileDialogsTest, TheHelpTopicReachesTheOwnerThatIsAskedForHelp) {
-    owner_procedure = reinterpret_cast<WNDPROC>(
-        SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&ListenForHelp)));
-    help_wanted = 0;
-    User user([&](HWND dialog) {
-        SendMessageW(dialog, WM_COMMAND, kHelpButton, 0);
-        Press(dialog, IDCANCEL);
-    });
-    EXPECT_EQ(dialogs.GetOpenFileName({.HelpID = 77}), L"");
-    ASSERT_TRUE(user.seen());
-    EXPECT_EQ(help_wanted, 77);
-}
-
 TEST_F(FileDialogsTest, OpenGivesTheFullPathOfATypedName) {
     const std::wstring path = folder.Put(L"März.bsk", "x");
     User user([&](HWND dialog) {

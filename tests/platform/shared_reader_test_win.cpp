@@ -292,7 +292,7 @@ TEST_F(SharedReader, ALostViewsRangeThatAnotherThreadTookStaysItsOwn) {
     const std::wstring path = PutPattern(60'000);
     MappedView::on_unmapped_for_tests = &TakeTheRange;
     {
-        WinSharedReader reader(path, {});
+        WinSharedReader reader(path, kAtOnce);
         EXPECT_EQ(reader.Read(50'000, 54), Pattern(50'000, 54));
         CutFromOutside(10'000);
         EXPECT_EQ(RaisedBy([&] { reader.Read(50'000, 54); }), 57);
