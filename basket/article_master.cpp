@@ -42,7 +42,7 @@ void ArticleMaster::Wake() {
         std::optional<FileStamp> stamp = next->Stamp();
         // what the basket was set up with is not judged
         if ((stamp && stamp == stamp_) || next->LooksWhole()) {
-            stamp_ = std::move(stamp);
+            stamp_ = stamp;
             stamm_ = std::move(next);
             return;
         }

@@ -29,7 +29,9 @@ class IncompleteNote {
     struct Line {
         std::wstring number;
         Lack lack = Lack::kArticle;
-        friend auto operator<=>(const Line&, const Line&) = default;
+        friend bool operator<(const Line& a, const Line& b) {
+            return a.number != b.number ? a.number < b.number : a.lack < b.lack;
+        }
     };
 
     Line LineOf(std::int32_t row) const;
