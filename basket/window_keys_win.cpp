@@ -6,7 +6,8 @@
 #include "basket/form_gate_win.h"
 #include "basket/window_ids.h"
 
-extern "C" const IMAGE_DOS_HEADER __ImageBase;  // where this module lies; the linker's name
+// Where this module lies. The name is the linker's own.
+extern "C" const IMAGE_DOS_HEADER __ImageBase;  // NOLINT(bugprone-reserved-identifier)
 
 namespace demovex {
 namespace {
