@@ -33,8 +33,8 @@ void GridAccessibility::Tell() {
     if (!owner_.grid.Redraw()) return;  // RedrawIsOn asks again
     const HWND window = owner_.window;
     const FlexGrid& grid = owner_.grid;
-    const auto id = [&](std::int32_t row, std::int32_t col) {
-        return static_cast<LONG>(row * grid.Cols() + col + 1);
+    const auto id = [&](std::int32_t row, std::int32_t col) -> LONG {
+        return row * grid.Cols() + col + 1;
     };
     const GridNews::Told told = news_.Take();
     if (told.all) NotifyWinEvent(EVENT_OBJECT_REORDER, window, OBJID_CLIENT, CHILDID_SELF);

@@ -125,7 +125,8 @@ std::string WinFileSystem::ReadWhole(std::wstring_view path) {
 
 std::wstring WinFileSystem::ResolveTarget(std::wstring_view path) {
     const NoSystemDialogs quiet;
-    const std::wstring full = Absolute(path), name = SystemPath(full);
+    std::wstring full = Absolute(path);
+    const std::wstring name = SystemPath(full);
     const UniqueHandle file =
         TryOpen(name, FILE_READ_ATTRIBUTES, kShareAll, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS);
     const DWORD named = GetFileAttributesW(name.c_str());  // of a link itself

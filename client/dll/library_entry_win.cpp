@@ -7,6 +7,9 @@
 
 #include "client/dll/run_time_win.h"
 
+// The names with underscores are the compiler's own.
+// NOLINTBEGIN(bugprone-reserved-identifier)
+
 extern "C" BOOL WINAPI DllMainCRTStartup(HINSTANCE module, DWORD reason, void* reserved);
 
 // What functions with buffers put below their return address and look at before they return. The
@@ -79,3 +82,5 @@ extern "C" [[gnu::no_stack_protector]] BOOL WINAPI LibraryEntry(HINSTANCE module
     }
     return done;
 }
+
+// NOLINTEND(bugprone-reserved-identifier)

@@ -10,6 +10,9 @@
 
 #ifdef __i386__
 
+// The names with underscores are the compiler's own.
+// NOLINTBEGIN(bugprone-reserved-identifier)
+
 struct object;
 extern "C" void __register_frame_info(const void* begin, struct object* object) noexcept;
 extern "C" void* __deregister_frame_info(const void* begin) noexcept;
@@ -54,5 +57,7 @@ namespace demovex {
 void RegisterUnwindTables() noexcept {}
 void UnregisterUnwindTables() noexcept {}
 }  // namespace demovex
+
+// NOLINTEND(bugprone-reserved-identifier)
 
 #endif
