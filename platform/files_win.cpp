@@ -71,7 +71,7 @@ bool WinFileSystem::Exists(std::wstring_view path) const noexcept {
 }
 
 std::wstring WinFileSystem::Absolute(std::wstring_view path) const {
-    const std::wstring given(path);
+    std::wstring given(path);
     if (given.empty() || given.find(L'\0') != std::wstring::npos) return given;
     std::wstring full(MAX_PATH, L'\0');
     for (;;) {
