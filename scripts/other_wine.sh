@@ -28,8 +28,7 @@ packages=(
   wine wine32:i386 fonts-wine fonts-liberation
   xvfb xauth openbox xdotool xclip imagemagick
   x11-utils x11-xserver-utils libxinerama1:i386
-  ghostscript poppler-utils locales python3 procps
-  binutils-mingw-w64-i686 cmake
+  ghostscript poppler-utils locales python3 procps cmake
 )
 
 fail() { echo "other_wine: $*" >&2; exit 1; }
@@ -96,7 +95,8 @@ run_tests() {
   mount --bind "$home/wine" "$root$home/wine" || return 1
   settings=(TERM=dumb "DEMOVEX_WINE_DIR=$home/wine")
   inside wine --version > "$home/version" 2>&1
-  inside ctest --test-dir "$checkout/build/win32" --output-on-failure "$@"
+  # the library as a file is the same on any Wine, and looked at with this machine's tools
+  inside ctest --test-dir "$checkout/build/win32" --output-on-failure -E win32/e2e_library "$@"
 }
 
 # One line a test, from ctest's own lines.
