@@ -6,34 +6,13 @@
 
 #include "base/checked.h"
 #include "base/error.h"
+#include "platform/plain_order.h"
 
 namespace demovex {
 namespace {
 
 // The index's tag: the key is the article number.
 constexpr std::int32_t kNumberTag = 1;
-
-// -1, 0 or 1 for two numbers that consist of digits only, nothing for any other text.
-template <typename Text>
-std::optional<std::int32_t> OrderOfDigits(const Text& a, std::string_view b) {
-    const auto is_digit = [](auto c) { return c >= '0' && c <= '9'; };
-    std::int32_t order = a.size() == b.size() ? 0 : a.size() < b.size() ? -1 : 1;
-    for (std::size_t i = std::min(a.size(), b.size()); i > 0; --i) {
-        const auto left = a[i - 1];
-        const char right = b[i - 1];
-        if (!is_digit(left) || !is_digit(right)) return std::nullopt;
-        // the first difference decides, and it is met last
-        const int difference = static_cast<int>(left) - right;
-        if (difference != 0) order = difference < 0 ? -1 : 1;
-    }
-    for (std::size_t i = b.size(); i < a.size(); ++i) {
-        if (!is_digit(a[i])) return std::nullopt;
-    }
-    for (std::size_t i = a.size(); i < b.size(); ++i) {
-        if (!is_digit(b[i])) return std::nullopt;
-    }
-    return order;
-}
 
 void CheckTag(std::int32_t tag) {
     if (tag < 0 || tag > 255) RaiseRuntimeError(runtime_error::kInvalidProcedureCall);
@@ -153,7 +132,7 @@ std::int32_t ArtikelStamm::CompareItems(std::int32_t id1, std::int32_t id2, std:
     CheckTag(Tag);
     const std::string a(ReadNr(id1));  // a copy: the next read ends the view
     const std::string_view b = ReadNr(id2);
-    if (const auto order = OrderOfDigits(a, b)) return *order;
+    if (const auto order = OrderOfPlainText(std::string_view(a), b)) return *order;
     return text_.CompareText(text_.FromAnsi(a), text_.FromAnsi(b));
 }
 
@@ -172,10 +151,10 @@ std::int32_t ArtikelStamm::CompareItem(const KeyValue& Key, std::int32_t id, std
     return OrderAgainst(*key, ReadNr(id));
 }
 
-std::int32_t ArtikelStamm::OrderAgainst(std::wstring_view key, std::string_view nr) const {
-    // Digits sort by their value in every locale, so most comparisons need no collation.
-    if (const auto order = OrderOfDigits(key, nr)) return *order;
-    return text_.CompareText(key, text_.FromAnsi(nr));
+std::int32_t ArtikelStamm::OrderAgainst(std::wstring_view key, std::string_view nr) {
+    if (const auto order = OrderOfPlainText(key, nr)) return *order;
+    text_.ReadAnsi(nr, nr_);
+    return text_.CompareText(key, nr_);
 }
 
 }  // namespace demovex

@@ -79,7 +79,7 @@ class ArtikelStamm final : public IMSContainer {
   private:
     void OpenAndIndex(const std::wstring& path);
     // How `key` sorts against a trimmed number of the file.
-    std::int32_t OrderAgainst(std::wstring_view key, std::string_view nr) const;
+    std::int32_t OrderAgainst(std::wstring_view key, std::string_view nr);
     // Reads record `id` into `record`; a number beyond the end gives blank fields, one below 1
     // raises 5.
     void ReadRecord(std::int32_t id, ArtikelRecord& record);
@@ -98,6 +98,7 @@ class ArtikelStamm final : public IMSContainer {
     std::int32_t cursor_ = 0;
     ArtikelRecord record_;  // the one that a lookup has found
     std::wstring bezeichnung_, preis_;
+    std::wstring nr_;  // of the record that is compared with
 };
 
 }  // namespace demovex

@@ -8,6 +8,7 @@
 #include <limits>
 
 #include "base/error.h"
+#include "platform/plain_order.h"
 
 namespace demovex {
 namespace {
@@ -38,13 +39,23 @@ int Length(std::size_t size) {
     return static_cast<int>(size);
 }
 
-bool IsDigit(wchar_t c) {
-    return c >= L'0' && c <= L'9';
+// The system's sort key of `text` without the 0 at its end; empty when it gives none.
+std::string SortKey(std::wstring_view text) {
+    constexpr DWORD kFlags = LCMAP_SORTKEY | NORM_IGNORECASE;
+    const int length = Length(text.size());
+    const int size = LCMapStringW(LOCALE_USER_DEFAULT, kFlags, text.data(), length, nullptr, 0);
+    if (size <= 1) return {};
+    std::string key(static_cast<std::size_t>(size), '\0');
+    // for sort keys the buffer is one of bytes
+    const int written = LCMapStringW(LOCALE_USER_DEFAULT, kFlags, text.data(), length,
+                                     reinterpret_cast<wchar_t*>(key.data()), size);
+    key.resize(written > 0 ? static_cast<std::size_t>(written) - 1 : 0);
+    return key;
 }
 
 }  // namespace
 
-WinTextService::WinTextService() {
+WinTextService::WinTextService() : learned_(SortKey) {
     Refresh();
 }
 
@@ -54,20 +65,18 @@ void WinTextService::Refresh() {
     if (!own) format = LocaleFormat(LOCALE_NOUSEROVERRIDE);
     format_ = std::move(format);
     own_format_ = own;
+    learned_.Forget();
     ReadCodePage();
 }
 
 int WinTextService::CompareText(std::wstring_view a, std::wstring_view b) const {
-    // The same text, and digits against digits, need no table of the system: in every locale the
-    // ten digits sort by value and none has a weight that depends on its neighbours.
-    const std::size_t shorter = std::min(a.size(), b.size());
-    std::size_t i = 0;
-    while (i < shorter && a[i] == b[i] && IsDigit(a[i])) ++i;
-    if (std::all_of(a.begin() + static_cast<std::ptrdiff_t>(i), a.end(), IsDigit) &&
-        std::all_of(b.begin() + static_cast<std::ptrdiff_t>(i), b.end(), IsDigit)) {
-        const int order = a.compare(b);
-        return order < 0 ? -1 : order > 0 ? 1 : 0;
+    if (const auto order = OrderOfPlainText(a, b)) return *order;
+    // the language can change without a word to this object; asking for it costs next to nothing
+    if (const LCID locale = GetUserDefaultLCID(); locale != learned_locale_) {
+        learned_.Forget();
+        learned_locale_ = locale;
     }
+    if (const auto order = learned_.Compare(a, b)) return *order;
     if (a == b) return 0;
     // the system refuses a null pointer, also for a text of no characters
     const int result =

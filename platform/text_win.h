@@ -5,13 +5,14 @@
 //
 // The locale is read when the object is made; call Refresh when the system says that settings have
 // changed (WM_SETTINGCHANGE). What can be decided without the system is (plainly written numbers,
-// amounts, comparisons of digits); all else is asked of it.
+// amounts, comparisons of plain article numbers); all else is asked of it.
 #pragma once
 
 #include <array>
 #include <string>
 #include <string_view>
 
+#include "platform/learned_order.h"
 #include "platform/number_format.h"
 #include "platform/text.h"
 
@@ -46,6 +47,8 @@ class WinTextService : public ITextService {
     bool own_format_ = true;
     bool single_bytes_ = false;
     std::array<wchar_t, 256> wide_{};  // what each byte stands for
+    mutable LearnedOrder learned_;     // of the language below
+    mutable unsigned long learned_locale_ = 0;
 };
 
 }  // namespace demovex

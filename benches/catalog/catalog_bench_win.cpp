@@ -60,6 +60,23 @@ int Number(int record) {
     return 10000000 + 7 * record;
 }
 
+// What the numbers look like; each kind ascends under the collation.
+enum class Kind { kDigits, kLetterBehind, kLettersInFront };
+
+std::string NumberText(int record, Kind kind) {
+    const std::string digits = std::to_string(Number(record));
+    if (kind == Kind::kDigits) return digits;
+    if (kind == Kind::kLetterBehind) return digits + "A";
+    // three letters, a hyphen and two digits: "ABC-07"
+    const int group = record / 50;
+    std::string text;
+    for (const int place : {26 * 26, 26, 1}) {
+        text += static_cast<char>('A' + group / place % 26);
+    }
+    const int rest = record % 50;
+    return text + "-" + static_cast<char>('0' + rest / 10) + static_cast<char>('0' + rest % 10);
+}
+
 std::string Padded(std::string text, std::size_t width) {
     text.resize(width, ' ');
     return text;
@@ -69,16 +86,16 @@ std::string Description(int record) {
     return "Article number " + std::to_string(record);
 }
 
-// A file of `count` articles; `letters` ends every number with a letter.
-std::wstring MakeMaster(int count, bool letters) {
+// A file of `count` articles.
+std::wstring MakeMaster(int count, Kind kind) {
     const std::wstring path = TempPath(L"demovex-bench-artikel.db");
     WinFileSystem files;
     if (files.Exists(path)) files.Delete(path);
     const auto file = files.CreateNew(path);
     std::string block;
     for (int i = 0; i < count; ++i) {
-        block += Padded(std::to_string(Number(i)) + (letters ? "A" : ""), 10) +
-                 Padded(Description(i), 30) + Padded(std::to_string(i % 5000 + 1), 12) + "\r\n";
+        block += Padded(NumberText(i, kind), 10) + Padded(Description(i), 30) +
+                 Padded(std::to_string(i % 5000 + 1), 12) + "\r\n";
         if (block.size() > 4000000 || i + 1 == count) {
             file->Write(block);
             block.clear();
@@ -102,7 +119,7 @@ void Opening() {
     double seconds[2] = {};
     double fill = 0;
     for (const int count : {1000, 10000000}) {
-        const std::wstring path = MakeMaster(count, false);
+        const std::wstring path = MakeMaster(count, Kind::kDigits);
         CountingFiles files;
         std::vector<double> times;
         for (int i = 0; i < 15; ++i) {
@@ -135,7 +152,7 @@ void Opening() {
 #ifndef SQLITE_MISSING
 class Sqlite {
   public:
-    Sqlite(int count, bool letters, bool tuned) {
+    Sqlite(int count, Kind kind, bool tuned) {
         const std::wstring path = TempPath(L"demovex-bench.sqlite");
         WinFileSystem files;
         if (files.Exists(path)) files.Delete(path);
@@ -147,7 +164,7 @@ class Sqlite {
         sqlite3_stmt* insert = nullptr;
         sqlite3_prepare_v2(db_, "insert into artikel values (?, ?, ?)", -1, &insert, nullptr);
         for (int i = 0; i < count; ++i) {
-            const std::string nr = std::to_string(Number(i)) + (letters ? "A" : "");
+            const std::string nr = NumberText(i, kind);
             const std::string name = Description(i), price = std::to_string(i % 5000 + 1);
             sqlite3_bind_text(insert, 1, nr.data(), static_cast<int>(nr.size()), nullptr);
             sqlite3_bind_text(insert, 2, name.data(), static_cast<int>(name.size()), nullptr);
@@ -190,10 +207,13 @@ class Sqlite {
 };
 #endif
 
-void LookingUp(int count, bool letters) {
-    const std::wstring path = MakeMaster(count, letters);
+void LookingUp(int count, Kind kind) {
+    const std::wstring path = MakeMaster(count, kind);
     const WinTextService text;
-    const std::string what = std::to_string(count) + " records" + (letters ? ", letters too" : "");
+    const std::string what = std::to_string(count) + " records" +
+                             (kind == Kind::kDigits         ? ""
+                              : kind == Kind::kLetterBehind ? ", letters too"
+                                                            : ", letters in front");
 
     CountingFiles counting;
     ArtikelStamm counted(counting, text);
@@ -201,7 +221,8 @@ void LookingUp(int count, bool letters) {
     int most = 0;
     std::wstring name, price;
     const auto number = [&](int record) {
-        return std::to_wstring(Number(record)) + (letters ? L"A" : L"");
+        const std::string nr = NumberText(record, kind);
+        return std::wstring(nr.begin(), nr.end());
     };
     for (const int record : Wanted(count, 2000)) {
         counting.reads = 0;
@@ -231,7 +252,7 @@ void LookingUp(int count, bool letters) {
     bench::PrintRow("lookup, " + what, "", "SQLite's source could not be fetched", "", "");
 #else
     for (const bool tuned : {false, true}) {
-        Sqlite peer(count, letters, tuned);
+        Sqlite peer(count, kind, tuned);
         const std::size_t lookups = tuned ? 20000 : 1000;
         bench::Compare("lookup, " + what, {"ours", ours(lookups)},
                        {tuned ? "SQLite tuned" : "SQLite plain",
@@ -249,7 +270,8 @@ void LookingUp(int count, bool letters) {
 
 int main() {
     Opening();
-    for (const int count : {100000, 1000000}) LookingUp(count, false);
-    LookingUp(100000, true);
+    for (const int count : {100000, 1000000}) LookingUp(count, Kind::kDigits);
+    LookingUp(100000, Kind::kLetterBehind);
+    LookingUp(100000, Kind::kLettersInFront);
     WinFileSystem().Delete(TempPath(L"demovex-bench-artikel.db"));
 }

@@ -68,6 +68,19 @@ TEST(ArtikelOrder, NumbersOfDigitsNeedNoCollation) {
     EXPECT_EQ(pair.text.compared, 0);
     EXPECT_EQ(pair.text.converted, 0);
     EXPECT_EQ(pair.stamm.CompareItem(std::wstring(L"x"), 1, 1), 1);
+    EXPECT_EQ(pair.text.compared, 0);
+    EXPECT_EQ(pair.stamm.CompareItem(std::wstring(L"."), 1, 1), -1);
+    EXPECT_EQ(pair.text.compared, 1);
+}
+
+TEST(ArtikelOrder, NumbersWithLettersThatDifferInADigitNeedNoCollation) {
+    Pair pair("KB-11.A", "KB-2");
+    EXPECT_EQ(pair.stamm.CompareItems(1, 2, 1), -1);
+    EXPECT_EQ(pair.stamm.CompareItem(std::wstring(L"KB-11.A"), 1, 1), 0);
+    EXPECT_EQ(pair.stamm.CompareItem(std::wstring(L"KB-1"), 1, 1), -1);
+    EXPECT_EQ(pair.text.compared, 0);
+    EXPECT_EQ(pair.text.converted, 0);
+    EXPECT_EQ(pair.stamm.CompareItem(std::wstring(L"kb-2"), 2, 1), 0);
     EXPECT_EQ(pair.text.compared, 1);
 }
 
