@@ -79,6 +79,7 @@ class MSHashtable {
 
   private:
     IMSContainer& Owner() const;
+    void SetSize(std::int32_t size) noexcept;
     // Slot number 1 to Size for a hash value; raises 11 without slots and 9 for a negative result.
     std::int32_t Home(std::int32_t hash) const;
     // Slot access that stays within the table whatever a callback did to it meanwhile.
@@ -92,6 +93,7 @@ class MSHashtable {
     std::int32_t tag_ = 0;
     std::int32_t count_ = 0;
     std::int32_t size_ = 0;
+    std::uint64_t reciprocal_ = 0;  // of size_, rounded up: 2^64 / size_
     std::int32_t cursor_ = 0;
     std::int32_t initial_size_ = 0;
     std::vector<std::int32_t> slots_;  // slot n is element n - 1; 0 is empty

@@ -18,6 +18,7 @@
 #include "benches/containers/owner.h"
 #include "containers/ms_hashtable.h"
 #include "containers/ms_index.h"
+#include "containers/prime.h"
 
 using namespace demovex;
 
@@ -47,6 +48,42 @@ struct VirtualEqual {
         return owner->CompareItem(key, id, 0) == 0;
     }
 };
+
+// What any table of this layout must do: a read of the slots and, with what stands there, one of
+// the owner's storage, nothing being called or checked. The bar is twice that.
+class BareTable {
+  public:
+    explicit BareTable(const BenchOwner& owner)
+        : slots_(static_cast<std::size_t>(FindPrime(2 * kIds + 20))), keys_(owner.keys) {
+        for (std::int32_t id = 1; id <= kIds; ++id) {
+            std::size_t at = Home(keys_[static_cast<std::size_t>(id)]);
+            while (slots_[at] != 0) at = at + 1 < slots_.size() ? at + 1 : 0;
+            slots_[at] = id;
+        }
+    }
+    std::int32_t Find(std::int32_t key) const {
+        for (std::size_t at = Home(key);; at = at + 1 < slots_.size() ? at + 1 : 0) {
+            const std::int32_t id = slots_[at];
+            if (id == 0 || keys_[static_cast<std::size_t>(id)] == key) return id;
+        }
+    }
+
+  private:
+    std::size_t Home(std::int32_t key) const {
+        return static_cast<std::uint32_t>(key) % static_cast<std::uint32_t>(slots_.size());
+    }
+    std::vector<std::int32_t> slots_;
+    const std::vector<std::int32_t>& keys_;
+};
+
+// absl takes a hash as it comes and wants it spread; boost spreads by itself.
+struct SpreadHash : VirtualHash {
+    template <typename Key>
+    std::size_t operator()(const Key& key) const {
+        const std::uint64_t spread = VirtualHash::operator()(key) * 0x9E3779B97F4A7C15ull;
+        return static_cast<std::size_t>(spread ^ (spread >> 32));
+    }
+};
 using StdSet = std::unordered_set<std::int32_t, VirtualHash, VirtualEqual>;
 
 template <typename Set>
@@ -72,6 +109,50 @@ void FlatFind(const std::string& which, const char* name, const std::vector<std:
         {.operations = kIds, .bar = "level (1)"});
 }
 
+// The same search in a flat set that asks the owner just as the table does, and in the bare layout.
+void FindLikeOurs(const std::string& which, BenchOwner& owner, MSHashtable& table) {
+    std::vector<KeyValue> wanted(owner.keys.begin() + 1, owner.keys.end());
+    std::vector<std::int32_t> plain(owner.keys.begin() + 1, owner.keys.end());
+    std::shuffle(wanted.begin(), wanted.end(), std::mt19937(9));
+    std::shuffle(plain.begin(), plain.end(), std::mt19937(9));
+    const bench::Side ours{"ours", [&] {
+                               std::int32_t sum = 0;
+                               for (const KeyValue& key : wanted) sum ^= table.Find(key);
+                               bench::Keep(sum);
+                           }};
+    const auto against = [&](const char* name, const auto& set) {
+        bench::Compare("hash table" + which + ": find at random, the same calls", ours,
+                       {name,
+                        [&] {
+                            std::int32_t sum = 0;
+                            for (const KeyValue& key : wanted) sum ^= *set.find(key);
+                            bench::Keep(sum);
+                        }},
+                       {.operations = kIds, .bar = "at least 1"});
+    };
+#ifdef DEMOVEX_BOOST
+    boost::unordered_flat_set<std::int32_t, VirtualHash, VirtualEqual> boost_set(
+        2 * kIds, VirtualHash{&owner}, VirtualEqual{&owner});
+    for (std::int32_t id = 1; id <= kIds; ++id) boost_set.insert(id);
+    against("boost flat set", boost_set);
+#endif
+#ifdef DEMOVEX_ABSL
+    absl::flat_hash_set<std::int32_t, SpreadHash, VirtualEqual> absl_set(
+        2 * kIds, SpreadHash{{&owner}}, VirtualEqual{&owner});
+    for (std::int32_t id = 1; id <= kIds; ++id) absl_set.insert(id);
+    against("absl flat set", absl_set);
+#endif
+    const BareTable bare(owner);
+    bench::Compare("hash table" + which + ": find at random, against its layout's floor", ours,
+                   {"no calls, no checks",
+                    [&] {
+                        std::int32_t sum = 0;
+                        for (const std::int32_t key : plain) sum ^= bare.Find(key);
+                        bench::Keep(sum);
+                    }},
+                   {.operations = kIds, .bar = "at least 0.5"});
+}
+
 void Hashtables(const std::string& which, Keys kind) {
     const std::shared_ptr<BenchOwner> made = MakeOwner(1, kind);
     BenchOwner& owner = *made;
@@ -93,6 +174,8 @@ void Hashtables(const std::string& which, Keys kind) {
 #else
     bench::PrintRow("hash table: find", "", "absl's flat set is not installed", "", "");
 #endif
+
+    FindLikeOurs(which, owner, table);
 
     StdSet set(16, VirtualHash{&owner}, VirtualEqual{&owner});
     for (std::int32_t id = 1; id <= kIds; ++id) set.insert(id);

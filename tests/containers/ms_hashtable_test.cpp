@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
+#include <random>
+
 #include "base/error.h"
 #include "containers/prime.h"
 #include "tests/containers/counting_owner.h"
@@ -243,6 +246,34 @@ TEST_F(HashtableTest, ANegativeHashIsASubscriptOutOfRange) {
     EXPECT_EQ(table.Count(), 0);
     Add(2, -23);  // a multiple of the size leaves no remainder
     EXPECT_EQ(table.Find(-23), 2);
+}
+
+TEST_F(HashtableTest, TheRemainderOfTheHashChoosesTheSlotWhateverItsSize) {
+    std::mt19937 random(8);
+    for (const std::int32_t size : {0, 100, 4099, 65521}) {
+        table.SetInitialSize(size);
+        for (int round = 0; round < 300; ++round) {
+            // the largest values, exact multiples and their neighbours, and any
+            const std::int32_t prime = FindPrime(size < 20 ? 20 : size);
+            const auto any = static_cast<std::int32_t>(random() >> 1);
+            const std::int32_t a = round == 0       ? std::numeric_limits<std::int32_t>::max()
+                                   : round % 3 == 0 ? any / prime * prime
+                                   : round % 3 == 1 ? any / prime * prime + prime - 1
+                                                    : any;
+            const auto b = static_cast<std::int32_t>(random() >> 1);
+            owner.items.clear();
+            table.Create();
+            ASSERT_EQ(table.Size(), prime);
+            if (a < 0 || a % prime == b % prime) continue;
+            Add(1, a);
+            Add(2, b);
+            const bool first = a % prime < b % prime;
+            ASSERT_EQ(Ids(),
+                      first ? (std::vector<std::int32_t>{1, 2}) : (std::vector<std::int32_t>{2, 1}))
+                << a << " and " << b << " in " << prime;
+        }
+        ASSERT_EQ(table.Count(), 2);
+    }
 }
 
 TEST_F(HashtableTest, DeletingFromAnEmptyHomeSlotIsASubscriptOutOfRange) {
