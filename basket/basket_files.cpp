@@ -80,7 +80,7 @@ void BasketFiles::EndLoading() {
 }
 
 void BasketFiles::LoadRows(const Place& place, Rejected& rejected) {
-    IFlexGrid& grid = context_.Liste;
+    FlexGrid& grid = context_.Liste;
     ParameterParser parser = BasketParser();
     parser.SetParameterString(
         LoadFile(context_.services.files, context_.services.text, place.path, place.given));
@@ -173,7 +173,7 @@ void BasketFiles::mnuDateiNeu_Click() {
     rows_.CloseEditor();  // a link followed while the question stood may have opened it again
     rows_.RestoreTotalsRow();
 
-    IFlexGrid& grid = context_.Liste;
+    FlexGrid& grid = context_.Liste;
     const SuppressEditorScope suppress(context_.state);
     {
         const RedrawOffScope redraw_off(grid);
@@ -286,7 +286,7 @@ void BasketFiles::Write(const Place& place) {
 }
 
 std::wstring BasketFiles::Compose(ProgressScope& progress) const {
-    const IFlexGrid& grid = context_.Liste;
+    const FlexGrid& grid = context_.Liste;
     ParameterParser parser = BasketParser();
     parser.SetValue(1, 1, kHeader);
     const std::int32_t last = grid.Rows() - 2;

@@ -27,7 +27,7 @@ inline void SetBasketCaption(const BasketContext& context, std::wstring_view cap
 // Shows the current row's catalogue position in the status bar; none while several rows are
 // selected.
 inline void ShowPosition(const BasketContext& context) {
-    const IFlexGrid& grid = context.Liste;
+    const FlexGrid& grid = context.Liste;
     const bool one_row = grid.RowSel() == grid.Row();
     context.view.SetStatusText(one_row ? grid.TextMatrix(grid.Row(), column::kKatalog)
                                        : std::wstring_view());

@@ -100,7 +100,7 @@ class BasketRows final : public IBasketRows {
     void ReformatEditor(const std::function<void()>& change);
 
     BasketContext& context_;
-    IFlexGrid& grid_;
+    FlexGrid& grid_;
     BasketState& state_;
     ICellCommit& editor_;
     IArticleLookup& articles_;

@@ -29,7 +29,7 @@ struct BasketState {
 
 // Handed to every room by reference; the form owns it and outlives the rooms.
 struct BasketContext {
-    IFlexGrid& Liste;
+    FlexGrid& Liste;
     IBasketView& view;
     Services& services;
     BasketState& state;

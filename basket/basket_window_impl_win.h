@@ -37,7 +37,7 @@ class BasketWindowImpl final : public std::enable_shared_from_this<BasketWindowI
     void Show();
     void Destroy() noexcept;
     std::shared_ptr<TestLibForm> Form();
-    IFlexGrid& Liste() { return grid_->Grid(); }
+    FlexGrid& Liste() { return grid_->Grid(); }
     HWND Handle() const noexcept { return window_; }
 
     // IFormGate

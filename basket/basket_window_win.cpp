@@ -40,7 +40,7 @@ std::shared_ptr<TestLibForm> BasketWindow::Form() const {
     return impl->Form();
 }
 
-IFlexGrid& BasketWindow::Liste() const {
+FlexGrid& BasketWindow::Liste() const {
     const auto impl = impl_.lock();
     if (!impl || impl->Handle() == nullptr) RaiseRuntimeError(runtime_error::kObjectNotSet);
     return impl->Liste();

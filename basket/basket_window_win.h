@@ -63,7 +63,7 @@ class BasketWindow {
     std::shared_ptr<TestLibForm> Form() const;
 
     // The grid and the view, for tests. Raise 91 when the window is gone.
-    IFlexGrid& Liste() const;
+    FlexGrid& Liste() const;
     IBasketView& View() const;
 
     // Null when the window is gone.

@@ -67,7 +67,7 @@ class CellEditor final : public ICellCommit {
     void SetOffersList(bool (*offers)(std::int32_t row, std::int32_t col)) { offers_ = offers; }
 
     // --- what the key table is made of
-    IFlexGrid& Grid() { return grid_; }
+    FlexGrid& Grid() { return grid_; }
     IEditorView& View() { return view_; }
     const BasketState& State() const { return state_; }
     void CommitAndSend(GridKey key);
@@ -99,7 +99,7 @@ class CellEditor final : public ICellCommit {
     void TakeListEntry(std::int32_t index);
 
     BasketContext& context_;
-    IFlexGrid& grid_;
+    FlexGrid& grid_;
     IEditorView& view_;
     BasketState& state_;
     BasketRows& rows_;

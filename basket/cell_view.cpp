@@ -9,13 +9,13 @@ void BringRowIntoView(BasketContext& context, std::int32_t row) {
 }
 
 void BringCellIntoView(BasketContext& context, std::int32_t row, std::int32_t col) {
-    const IFlexGrid& grid = context.Liste;
+    const FlexGrid& grid = context.Liste;
     if (row < 1 || row >= grid.Rows() || col < 0 || col >= grid.Cols()) return;
     context.view.ShowGridCell(row, col);
     LiftAboveEdge(context.Liste, row);
 }
 
-void LiftAboveEdge(IFlexGrid& grid, std::int32_t row) {
+void LiftAboveEdge(FlexGrid& grid, std::int32_t row) {
     if (row < 1 || row >= grid.Rows() - 1 || row <= grid.TopRow()) return;
     if (grid.RowPos(row + 1) <= grid.Height() - kEdgeMargin) return;
     grid.SetTopRow(grid.TopRow() + 1);

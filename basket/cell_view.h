@@ -17,6 +17,6 @@ void BringCellIntoView(BasketContext& context, std::int32_t row, std::int32_t co
 // The last of that: the editor opens on cells that end well above the grid's lower edge, and a row
 // that has just come into view may end closer to it. Rows out of view, the header and the totals
 // row stay where they are.
-void LiftAboveEdge(IFlexGrid& grid, std::int32_t row);
+void LiftAboveEdge(FlexGrid& grid, std::int32_t row);
 
 }  // namespace demovex

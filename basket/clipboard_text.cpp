@@ -6,7 +6,7 @@
 
 namespace demovex {
 
-std::wstring CellsAsText(const IFlexGrid& grid, std::int32_t first_row, std::int32_t last_row,
+std::wstring CellsAsText(const FlexGrid& grid, std::int32_t first_row, std::int32_t last_row,
                          std::int32_t first_col, std::int32_t last_col) {
     std::wstring text;
     for (std::int32_t row = first_row; row <= last_row; ++row) {
@@ -23,7 +23,7 @@ std::wstring CellsAsText(const IFlexGrid& grid, std::int32_t first_row, std::int
 
 void ClipboardCommands::mnuContextCopySelectionToClipboard_Click() {
     rows_.CommitCellEdit();
-    const IFlexGrid& grid = context_.Liste;
+    const FlexGrid& grid = context_.Liste;
     context_.services.clipboard.SetText(
         CellsAsText(grid, std::min(grid.Row(), grid.RowSel()), std::max(grid.Row(), grid.RowSel()),
                     std::min(grid.Col(), grid.ColSel()), std::max(grid.Col(), grid.ColSel())));
@@ -31,7 +31,7 @@ void ClipboardCommands::mnuContextCopySelectionToClipboard_Click() {
 
 void ClipboardCommands::mnuDateiSendenanZwischenablage_Click() {
     rows_.CommitCellEdit();
-    const IFlexGrid& grid = context_.Liste;
+    const FlexGrid& grid = context_.Liste;
     context_.services.clipboard.SetText(
         CellsAsText(grid, 0, grid.Rows() - 1, column::kArtNr, grid.Cols() - 1));
 }

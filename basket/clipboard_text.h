@@ -13,7 +13,7 @@ namespace demovex {
 
 // The cells of rows `first_row` to `last_row` and columns `first_col` to `last_col` (both included)
 // whose column is shown.
-std::wstring CellsAsText(const IFlexGrid& grid, std::int32_t first_row, std::int32_t last_row,
+std::wstring CellsAsText(const FlexGrid& grid, std::int32_t first_row, std::int32_t last_row,
                          std::int32_t first_col, std::int32_t last_col);
 
 class ClipboardCommands {

@@ -11,7 +11,7 @@ constexpr std::size_t kLongestNumber = 40;
 }  // namespace
 
 IncompleteNote::Line IncompleteNote::LineOf(std::int32_t row) const {
-    const IFlexGrid& grid = context_.Liste;
+    const FlexGrid& grid = context_.Liste;
     Line line{std::wstring(grid.TextMatrix(row, column::kArtNr)), Lack::kArticle};
     if (!grid.TextMatrix(row, column::kPreisAts).empty()) {
         line.lack = Lack::kQuantity;
@@ -22,7 +22,7 @@ IncompleteNote::Line IncompleteNote::LineOf(std::int32_t row) const {
 }
 
 std::int32_t IncompleteNote::LastUnreadableRow() const {
-    const IFlexGrid& grid = context_.Liste;
+    const FlexGrid& grid = context_.Liste;
     for (std::int32_t row = grid.Rows() - 2; row >= 1; --row) {
         if (!grid.TextMatrix(row, column::kArtNr).empty() && !totals_.Reads(row)) return row;
     }

@@ -54,7 +54,7 @@ class FlagWhile {
 
 }  // namespace
 
-PrintLayout LayOutPages(const IFlexGrid& grid, std::int32_t page_width, std::int32_t page_height,
+PrintLayout LayOutPages(const FlexGrid& grid, std::int32_t page_width, std::int32_t page_height,
                         std::int32_t text_height) {
     PrintLayout layout;
     layout.page_width = page_width;
@@ -89,7 +89,7 @@ std::wstring_view FitText(IPrintJob& job, std::wstring_view text, std::int32_t w
     return text.substr(0, fits);
 }
 
-Printing::Printing(const IFlexGrid& liste, IPrinter& printer, IMessageBox& messages, Window window)
+Printing::Printing(const FlexGrid& liste, IPrinter& printer, IMessageBox& messages, Window window)
     : liste_(liste), printer_(printer), messages_(messages), window_(std::move(window)) {}
 
 Printing::Printing(BasketContext& context, std::function<void()> commit_cell_edit,

@@ -43,7 +43,7 @@ struct PrintLayout {
 // Computes the layout for `grid` on a page of the given size, `text_height` being the height of a
 // line of the body font. Raises 11 when no column has a width or exactly no line fits on a page,
 // and 6 when a position does not fit into 32 bits.
-PrintLayout LayOutPages(const IFlexGrid& grid, std::int32_t page_width, std::int32_t page_height,
+PrintLayout LayOutPages(const FlexGrid& grid, std::int32_t page_width, std::int32_t page_height,
                         std::int32_t text_height);
 
 // The longest leading part of `text` that is at most `width` twips wide in the job's current font;
@@ -63,7 +63,7 @@ class Printing {
     };
 
     // The references outlive this object.
-    Printing(const IFlexGrid& liste, IPrinter& printer, IMessageBox& messages, Window window);
+    Printing(const FlexGrid& liste, IPrinter& printer, IMessageBox& messages, Window window);
     Printing(BasketContext& context, std::function<void()> commit_cell_edit,
              std::function<std::wstring()> caption);
 
@@ -78,7 +78,7 @@ class Printing {
     void PrintRow(IPrintJob& job, const PrintLayout& layout, std::int32_t row, std::int32_t y);
     void ShowFailure(std::wstring_view description);
 
-    const IFlexGrid& liste_;
+    const FlexGrid& liste_;
     IPrinter& printer_;
     IMessageBox& messages_;
     Window window_;

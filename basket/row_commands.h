@@ -36,7 +36,7 @@ class RowCommands {
     void MoveSelection(std::int32_t step);
 
     BasketContext& context_;
-    IFlexGrid& grid_;
+    FlexGrid& grid_;
     BasketState& state_;
     BasketRows& rows_;
 };

@@ -26,13 +26,13 @@ class SuppressEditorScope {
 // Switches the grid's painting off and on again at the end of the scope.
 class RedrawOffScope {
   public:
-    explicit RedrawOffScope(IFlexGrid& grid) : grid_(grid) { grid_.SetRedraw(false); }
+    explicit RedrawOffScope(FlexGrid& grid) : grid_(grid) { grid_.SetRedraw(false); }
     ~RedrawOffScope() { grid_.SetRedraw(true); }
     RedrawOffScope(const RedrawOffScope&) = delete;
     RedrawOffScope& operator=(const RedrawOffScope&) = delete;
 
   private:
-    IFlexGrid& grid_;
+    FlexGrid& grid_;
 };
 
 }  // namespace demovex

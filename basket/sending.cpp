@@ -32,7 +32,7 @@ void Sending::mnuContextSendToOther_Click() {
 
 void Sending::AppendSelection(const std::wstring& Path) {
     rows_.CommitCellEdit();
-    const IFlexGrid& grid = context_.Liste;
+    const FlexGrid& grid = context_.Liste;
     const std::int32_t first = std::min(grid.Row(), grid.RowSel());
     const std::int32_t last = std::max(grid.Row(), grid.RowSel());
     std::unique_ptr<IOutputFile> file;

@@ -36,7 +36,7 @@ constexpr bool IsModifier(int key) noexcept {
 // Rooms refer to each other, so some bind references to rooms that are built after them; none uses
 // them before all are built.
 struct TestLibForm::Rooms {
-    Rooms(TestLibForm& form, IFlexGrid& liste, IBasketView& view, Services& services)
+    Rooms(TestLibForm& form, FlexGrid& liste, IBasketView& view, Services& services)
         : context{liste, view, services, state},
           moArtikelstamm(services.files, services.text),
           editor(context, rows),
@@ -65,7 +65,7 @@ struct TestLibForm::Rooms {
     bool unloading = false;
 };
 
-TestLibForm::TestLibForm(IFlexGrid& liste, IBasketView& view, Services& services)
+TestLibForm::TestLibForm(FlexGrid& liste, IBasketView& view, Services& services)
     : rooms_(std::make_unique<Rooms>(*this, liste, view, services)) {
     rooms_->state.Caption = kDesignedCaption;
 }

@@ -25,7 +25,7 @@ class TestLibForm final : public IMSContainer, public IFlexGridEvents {
   public:
     // All arguments outlive the form. The grid's events must be routed to this object by the
     // caller.
-    TestLibForm(IFlexGrid& liste, IBasketView& view, Services& services);
+    TestLibForm(FlexGrid& liste, IBasketView& view, Services& services);
     ~TestLibForm() override;
     TestLibForm(const TestLibForm&) = delete;
     TestLibForm& operator=(const TestLibForm&) = delete;

@@ -44,7 +44,7 @@ class IncompleteLine final : public Error {
 class Totals {
   public:
     // Both outlive the totals.
-    Totals(IFlexGrid& grid, const ITextService& text) : grid_(grid), text_(text) {}
+    Totals(FlexGrid& grid, const ITextService& text) : grid_(grid), text_(text) {}
 
     // Writes a cell. O(text).
     void SetCell(std::int32_t row, std::int32_t col, std::wstring_view text);
@@ -106,7 +106,7 @@ class Totals {
     // False when a total overflows.
     bool WriteTotalsRow();
 
-    IFlexGrid& grid_;
+    FlexGrid& grid_;
     const ITextService& text_;
     std::array<Sum, 2> sums_;  // columns 8 and 9
     bool deferred_ = false;

@@ -97,7 +97,7 @@ void ViewCommands::LayOut() {
 }
 
 void ViewCommands::mnuAnsichtGotoCatalogPage_Click() {
-    const IFlexGrid& grid = context_.Liste;
+    const FlexGrid& grid = context_.Liste;
     const std::wstring url(grid.TextMatrix(grid.Row(), column::kKatalogUrl));
     if (url.empty()) return;
     if (owner_ == nullptr) RaiseRuntimeError(runtime_error::kObjectNotSet);
@@ -110,7 +110,7 @@ void ViewCommands::mnuAnsichtOptColWidth_Click() {
         L"Breite einstellen ?\r\n\r\n(Dieser Vorgang kann nicht rückgängig gemacht werden!)",
         L"Optimale Spaltenbreiten", MessageButtons::kYesNoCancel, MessageIcon::kNone);
     if (answer != MessageAnswer::kYes) return;
-    IFlexGrid& grid = context_.Liste;
+    FlexGrid& grid = context_.Liste;
     {
         const RedrawOffScope redraw_off(grid);
         for (std::int32_t col = column::kBezeichnung; col < grid.Cols(); ++col) {

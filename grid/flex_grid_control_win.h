@@ -39,7 +39,7 @@
 #include <memory>
 
 #include "base/error.h"
-#include "grid/flex_grid_impl.h"
+#include "grid/flex_grid.h"
 #include "platform/text.h"
 
 namespace demovex {

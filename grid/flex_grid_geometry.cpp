@@ -4,7 +4,7 @@
 #include <limits>
 
 #include "base/error.h"
-#include "grid/flex_grid_impl.h"
+#include "grid/flex_grid.h"
 
 namespace demovex {
 

@@ -2,7 +2,7 @@
 #include <algorithm>
 #include <cstdlib>
 
-#include "grid/flex_grid_impl.h"
+#include "grid/flex_grid.h"
 
 namespace demovex {
 

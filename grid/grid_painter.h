@@ -4,7 +4,7 @@
 // is drawn; the cost depends on that alone.
 #pragma once
 
-#include "grid/flex_grid_impl.h"
+#include "grid/flex_grid.h"
 #include "grid/surface.h"
 
 namespace demovex {

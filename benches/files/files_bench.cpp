@@ -17,7 +17,7 @@
 #include "basket/test_lib_form.h"
 #include "benches/bench.h"
 #include "benches/files/totals_table.h"
-#include "grid/flex_grid_impl.h"
+#include "grid/flex_grid.h"
 #include "platform/file_system_tools.h"
 #include "tests/support/fake_basket_view.h"
 #include "tests/support/fake_file_dialogs.h"

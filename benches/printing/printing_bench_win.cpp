@@ -17,7 +17,6 @@
 #include "basket/printing.h"
 #include "benches/bench.h"
 #include "platform/printer_win.h"
-#include "tests/support/fake_grid.h"
 #include "tests/support/print_queue_win.h"
 #include "tests/support/sample_basket.h"
 
@@ -89,7 +88,8 @@ struct Times {
 };
 
 Times Print(std::int32_t lines) {
-    FakeGrid grid(2, column::kCount);
+    FlexGrid grid;
+    grid.SetCols(column::kCount);
     FillBasket(grid, lines, L"plain");
     TimedPrinter printer;
     FailingBox box;

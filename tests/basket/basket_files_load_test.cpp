@@ -21,7 +21,7 @@ constexpr wchar_t kRejectedTitle[] = L"Fehlerhafte Warenkorbdatei";
 
 TEST_F(LoadTest, RowsTakeNumberQuantityAndCatalogueFromTheFileAndTheRestFromTheArticleMaster) {
     LoadLines("4711\tfalsch\t3\t1,00\t1,00\tKatalog\thttp://k\t9,99\t9,99\r\n4712\t\t1\r\n");
-    ASSERT_EQ(grid.Rows(), 4) << grid.AsText();
+    ASSERT_EQ(grid.Rows(), 4) << CellsOf(grid);
     EXPECT_EQ(Cell(1, column::kNumber), L"1");
     EXPECT_EQ(Cell(1, column::kArtNr), L"4711");
     EXPECT_EQ(Cell(1, column::kBezeichnung), L"Duftwasser");
@@ -207,9 +207,9 @@ TEST_F(LoadTest, AllNumbersUnknownLeavesAnEmptyBasketWithEmptyTotals) {
 TEST_F(LoadTest, TheMessageComesWhenTheLoadIsOver) {
     struct Watching final : IMessageBox {
         BasketState& state;
-        IFlexGrid& grid;
+        FlexGrid& grid;
         bool idle = false;
-        Watching(BasketState& s, IFlexGrid& g) : state(s), grid(g) {}
+        Watching(BasketState& s, FlexGrid& g) : state(s), grid(g) {}
         MessageAnswer Show(std::wstring_view, std::wstring_view, MessageButtons,
                            MessageIcon) override {
             idle = !state.Loading && !state.Modified && !state.SuppressEditor && grid.Redraw();
@@ -231,7 +231,7 @@ TEST_F(LoadTest, TheMessageComesWhenTheLoadIsOver) {
 // totals row, which stands at the counter then.
 TEST_F(LoadTest, ASecondLineWithTheSameNumberIsMergedAndTakesTheTotalsRowAway) {
     LoadLines("4711\t\t5\r\n4711\t\t2\r\n");
-    ASSERT_EQ(grid.Rows(), 2) << grid.AsText();
+    ASSERT_EQ(grid.Rows(), 2) << CellsOf(grid);
     EXPECT_EQ(Cell(1, column::kArtNr), L"4711");
     EXPECT_EQ(Cell(1, column::kMenge), L"6");
     EXPECT_EQ(Cell(1, column::kGesamtAts), L"600,00");
@@ -246,7 +246,7 @@ TEST_F(LoadTest, ASecondLineWithTheSameNumberIsMergedAndTakesTheTotalsRowAway) {
 // and quantities go to the row at the counter, which is that one.
 TEST_F(LoadTest, LinesAfterADuplicateFollowTheSameCounter) {
     LoadLines("4711\t\t5\r\n4711\t\t2\r\n4712\t\t4\r\n4713\t\t9\r\n");
-    ASSERT_EQ(grid.Rows(), 4) << grid.AsText();
+    ASSERT_EQ(grid.Rows(), 4) << CellsOf(grid);
     EXPECT_EQ(ArticleNumbers(), (Texts{L"4712", L"4713", L"4711"}));
     EXPECT_EQ(Quantities(), (Texts{L"1", L"1", L"9"}));
     EXPECT_EQ(Cell(3, column::kGesamtAts), L"1.025,50");  // the sums of the rows above
@@ -254,7 +254,7 @@ TEST_F(LoadTest, LinesAfterADuplicateFollowTheSameCounter) {
 
 TEST_F(LoadTest, ADuplicateFurtherDownTakesTheTotalsRowAwayToo) {
     LoadLines("4711\t\t5\r\n4712\t\t1\r\n4712\t\t1\r\n");
-    ASSERT_EQ(grid.Rows(), 3) << grid.AsText();
+    ASSERT_EQ(grid.Rows(), 3) << CellsOf(grid);
     EXPECT_EQ(ArticleNumbers(), (Texts{L"4711", L"4712"}));
     EXPECT_EQ(Quantities(), (Texts{L"5", L"2"}));
 }

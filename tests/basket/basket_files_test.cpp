@@ -80,9 +80,9 @@ TEST_F(BasketFilesTest, WhatWasSavedLoadsAsTheSameBasketAndSavesAsTheSameBytes) 
     state.CurrentPath = folder / L"a.bsk";
     basket.mnuDateiSpeichern_Click();
     const std::string bytes = folder.Get(L"a.bsk");
-    const std::string cells = grid.AsText();
+    const std::string cells = CellsOf(grid);
     basket.Load(folder / L"a.bsk");
-    EXPECT_EQ(grid.AsText(), cells);
+    EXPECT_EQ(CellsOf(grid), cells);
     basket.mnuDateiSpeichern_Click();
     EXPECT_EQ(folder.Get(L"a.bsk"), bytes);
 }
@@ -142,13 +142,13 @@ TEST_F(BasketFilesTest, AReadOnlyTargetRaisesAndTheBasketStaysModified) {
     folder.SetReadOnly(L"a.bsk", true);
     state.CurrentPath = folder / L"a.bsk";
     messages.answers = {MessageAnswer::kYes};
-    const std::string cells = grid.AsText();
+    const std::string cells = CellsOf(grid);
     EXPECT_EQ(SaveError(), 75);
     EXPECT_EQ(folder.Get(L"a.bsk"), "old");
     EXPECT_EQ(folder.Count(), 1);
     EXPECT_TRUE(state.Modified);
     EXPECT_EQ(state.CurrentPath, folder / L"a.bsk");
-    EXPECT_EQ(grid.AsText(), cells);
+    EXPECT_EQ(CellsOf(grid), cells);
     EXPECT_EQ(view.progress_depth, 0);
     EXPECT_EQ(messages.shown.size(), 1u);  // the question
 }
@@ -215,7 +215,7 @@ TEST_F(BasketFilesTest, ASaveThatFailsAnywhereLosesNeitherFileNorBasket) {
     FillBasket();
     state.CurrentPath = folder / L"a.bsk";
     messages.otherwise = MessageAnswer::kYes;  // "old" is not this basket's
-    const std::string cells = grid.AsText();
+    const std::string cells = CellsOf(grid);
     const std::string fresh =
         "DemoVexClient.Client\r\n4711\tDuftwasser\t2\t100,00\t7,27\tK\tU\t200,00\t14,54\r\n";
     int points = 0;
@@ -251,7 +251,7 @@ TEST_F(BasketFilesTest, ASaveThatFailsAnywhereLosesNeitherFileNorBasket) {
                         EXPECT_EQ(folder.Get(L"a.bsk"), had_old ? "old" : "<missing>");
                         EXPECT_TRUE(state.Modified);
                     }
-                    EXPECT_EQ(grid.AsText(), cells);
+                    EXPECT_EQ(CellsOf(grid), cells);
                     EXPECT_EQ(state.CurrentPath, folder / L"a.bsk");
                     EXPECT_EQ(view.progress_depth, 0);
 
@@ -452,20 +452,20 @@ TEST_F(BasketFilesTest, NewTakesTheRowsAwayWhileNothingIsPainted) {
     FillBasket();
     state.Modified = false;
     struct Watching final : IFlexGridEvents {
-        explicit Watching(IFlexGrid& watched) : grid(watched) {}
+        explicit Watching(FlexGrid& watched) : grid(watched) {}
         void RowColChange() override { painted.emplace_back(grid.Rows(), grid.Redraw()); }
         void SelChange() override {}
         void Scroll() override {}
-        IFlexGrid& grid;
+        FlexGrid& grid;
         std::vector<std::pair<std::int32_t, bool>> painted;
     } watching(grid);
     rows.AddArtikel(L"4713", L"", L"", 1);
     state.Modified = false;
     grid.SetRow(2);
     grid.SetCol(column::kArtNr);
-    grid.events = &watching;
+    grid.SetEvents(&watching);
     basket.mnuDateiNeu_Click();
-    grid.events = nullptr;
+    grid.SetEvents(nullptr);
     // the row that was current goes with the others, then the description becomes current
     EXPECT_EQ(watching.painted,
               (std::vector<std::pair<std::int32_t, bool>>{{2, false}, {2, true}}));
@@ -480,9 +480,9 @@ TEST_F(BasketFilesTest, ANewThatBreaksOffLeavesAGridThatIsPaintedAndAnEditorThat
         void Scroll() override {}
     } raising;
     grid.SetRow(2);
-    grid.events = &raising;
+    grid.SetEvents(&raising);
     EXPECT_EQ(RaisedBy([&] { basket.mnuDateiNeu_Click(); }), 7);
-    grid.events = nullptr;
+    grid.SetEvents(nullptr);
     EXPECT_TRUE(grid.Redraw());
     EXPECT_FALSE(state.SuppressEditor);
 }
@@ -497,10 +497,10 @@ TEST_F(BasketFilesTest, ANewBasketAddsUpFromZero) {
 
 TEST_F(BasketFilesTest, AnAbandonedNewChangesNothing) {
     FillBasket();
-    const std::string cells = grid.AsText();
+    const std::string cells = CellsOf(grid);
     messages.answers = {MessageAnswer::kCancel};
     basket.mnuDateiNeu_Click();
-    EXPECT_EQ(grid.AsText(), cells);
+    EXPECT_EQ(CellsOf(grid), cells);
     EXPECT_TRUE(state.Modified);
 }
 

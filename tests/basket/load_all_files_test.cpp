@@ -38,7 +38,7 @@ class LoadAllFiles : public ::testing::Test {
         without_totals += reference.has_totals ? 0 : 1;
     }
     void Compare() {
-        const IFlexGrid& grid = basket.grid;
+        const FlexGrid& grid = basket.grid;
         ASSERT_EQ(grid.Rows(), reference.Rows());
         for (int r = 0; r < grid.Rows(); ++r) {
             for (int c = 0; c < 10; ++c) {
@@ -61,7 +61,7 @@ class LoadAllFiles : public ::testing::Test {
         const auto order = [](auto&& link) { return RaisedBy(link); };
         ASSERT_EQ(order([&] { basket.Link(L"2000"); }),
                   order([&] { reference.Link(L"2000", 1, L"", L""); }));
-        const IFlexGrid& grid = basket.grid;
+        const FlexGrid& grid = basket.grid;
         ASSERT_EQ(grid.Rows(), reference.Rows());
         for (int r = 0; r < grid.Rows(); ++r) {
             for (int c = 0; c < 10; ++c) {

@@ -11,8 +11,9 @@
 #include <vector>
 
 #include "basket/columns.h"
-#include "tests/support/fake_grid.h"
 #include "tests/support/fake_printer.h"
+#include "tests/support/grid_dump.h"
+#include "tests/support/grid_event_log.h"
 
 namespace demovex {
 namespace {
@@ -35,7 +36,7 @@ struct RecordingMessageBox : IMessageBox {
 
 // A basket of `lines` article lines and everything that printing touches.
 struct PrintingTest : ::testing::Test {
-    FakeGrid grid{2, column::kCount};
+    FlexGrid grid;
     FakePrinter printer;
     RecordingMessageBox messages;
     std::vector<std::string> events;
@@ -49,7 +50,10 @@ struct PrintingTest : ::testing::Test {
                        [this](std::wstring_view text) { status.emplace_back(text); },
                        [this] { events.push_back("paint"); }}};
 
-    PrintingTest() { Fill(0); }
+    PrintingTest() {
+        grid.SetCols(column::kCount);
+        Fill(0);
+    }
 
     void Fill(std::int32_t lines) {
         grid.SetRows(2);
@@ -457,7 +461,9 @@ TEST_F(PrintingTest, AFailureAtAnyOperationAbortsTheJobShowsOneMessageAndLeavesT
     printing.mnuDateiDrucken_Click();
     const int all = printer.operations;
     ASSERT_GT(all, 1000);
-    const std::string before = grid.AsText();
+    const std::string before = CellsOf(grid);
+    GridEventLog log(grid);
+    grid.SetEvents(&log);
     for (int at = 1; at <= all; ++at) {
         printer = FakePrinter();
         printer.fail_at = at;
@@ -471,8 +477,9 @@ TEST_F(PrintingTest, AFailureAtAnyOperationAbortsTheJobShowsOneMessageAndLeavesT
         ASSERT_EQ(printer.ended, 0);
         ASSERT_EQ(status.back(), L"vorher") << at;
     }
-    EXPECT_EQ(grid.AsText(), before);
-    EXPECT_EQ(grid.row_col_changes + grid.sel_changes, 0);
+    grid.SetEvents(nullptr);
+    EXPECT_EQ(CellsOf(grid), before);
+    EXPECT_EQ(log.Take(), "");
 }
 
 TEST_F(PrintingTest, TheJobIsAbortedBeforeTheMessageIsShown) {

@@ -398,7 +398,7 @@ class Walk {
         if (with_reference_) CompareWithReference();
     }
     void CompareWithReference() {
-        const IFlexGrid& grid = basket_.grid;
+        const FlexGrid& grid = basket_.grid;
         ASSERT_EQ(grid.Rows(), reference_.Rows());
         ASSERT_EQ(was_whole_, reference_.has_totals);
         for (int r = 0; r < grid.Rows(); ++r) {

@@ -80,14 +80,14 @@ TEST_F(SendingTest, TheSentLinesLoadIntoTheTarget) {
 }
 
 TEST_F(SendingTest, TheSendingBasketStaysAsItIs) {
-    const std::string cells = grid.AsText();
+    const std::string cells = CellsOf(grid);
     state.Modified = true;
     sending.AppendSelection(folder / L"a.bsk");
     EXPECT_TRUE(state.Modified);
     state.Modified = false;
     sending.AppendSelection(folder / L"a.bsk");
     EXPECT_FALSE(state.Modified);
-    EXPECT_EQ(grid.AsText(), cells);
+    EXPECT_EQ(CellsOf(grid), cells);
     EXPECT_EQ(view.progress_depth, 0);
 }
 

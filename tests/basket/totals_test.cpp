@@ -5,7 +5,6 @@
 #include <string>
 
 #include "basket/columns.h"
-#include "tests/support/fake_grid.h"
 #include "tests/support/fake_text_service.h"
 #include "tests/support/raised.h"
 
@@ -15,6 +14,7 @@ namespace {
 // A basket of `lines` articles with the given amounts, and its totals row.
 class TotalsTest : public ::testing::Test {
   protected:
+    TotalsTest() { grid.SetCols(column::kCount); }
     void Fill(std::int32_t lines, const std::wstring& ats, const std::wstring& euro) {
         totals.InsertRows(1, lines);
         for (std::int32_t row = 1; row <= lines; ++row) {
@@ -30,7 +30,7 @@ class TotalsTest : public ::testing::Test {
     std::wstring Euro() const { return std::wstring(grid.TextMatrix(grid.Rows() - 1, 9)); }
 
     FakeTextService text{FakeLocale::kGermany};
-    FakeGrid grid{2, 10};
+    FlexGrid grid;
     Totals totals{grid, text};
 };
 

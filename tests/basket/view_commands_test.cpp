@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/basket_fixture.h"
+#include "tests/support/recording_display.h"
 
 namespace demovex {
 namespace {
@@ -88,18 +89,19 @@ TEST(BasketSetUp, AnArticleBeforeTheSetUpIsRefused) {
 }
 
 // A grid that cannot be built: the file that was opened before is closed again.
-class RefusingGrid final : public FlexGrid {
+class RefusingDisplay final : public RecordingDisplay {
   public:
     bool refuse = true;
-    void SetRows(std::int32_t rows) override {
+    void CellsMoved() override {
         if (refuse) RaiseRuntimeError(runtime_error::kOutOfMemory);
-        FlexGrid::SetRows(rows);
     }
 };
 
 TEST(BasketSetUp, AFailureAfterTheArticleMasterWasOpenedClosesIt) {
     BasketFixture basket(FakeLocale::kAustria, false);
-    RefusingGrid grid;
+    FlexGrid grid;
+    RefusingDisplay display;
+    grid.SetDisplay(&display);
     FakeBasketView view;
     TestLibForm form(grid, view, basket.services);
     EXPECT_EQ(RaisedBy([&] { form.Initialize(); }), 7);
@@ -107,7 +109,7 @@ TEST(BasketSetUp, AFailureAfterTheArticleMasterWasOpenedClosesIt) {
     EXPECT_TRUE(form.State().InitPending);
     bool info = false;
     EXPECT_NE(RaisedBy([&] { form.AddArtikel(L"4711", L"", L"", info, 1, true); }), 0);
-    grid.refuse = false;
+    display.refuse = false;
     form.Initialize();
     EXPECT_TRUE(form.AddArtikel(L"4711", L"", L"", info, 1, true));
 }

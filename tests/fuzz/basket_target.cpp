@@ -120,7 +120,7 @@ class Driver {
     }
 
     void Check() {
-        const IFlexGrid& grid = basket_.grid;
+        const FlexGrid& grid = basket_.grid;
         const std::int32_t last = grid.Rows() - 1;
         FUZZ_CHECK(last >= 1);
         for (std::int32_t row = 0; row <= last; ++row) {

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "base/error.h"
-#include "grid/flex_grid_impl.h"
+#include "grid/flex_grid.h"
 #include "tests/support/grid_dump.h"
 #include "tests/support/grid_event_log.h"
 

@@ -2,7 +2,7 @@
 
 #include <tuple>
 
-#include "grid/flex_grid_impl.h"
+#include "grid/flex_grid.h"
 #include "tests/support/grid_event_log.h"
 #include "tests/support/recording_display.h"
 

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "grid/flex_grid_impl.h"
+#include "grid/flex_grid.h"
 #include "tests/support/grid_dump.h"
 #include "tests/support/grid_event_log.h"
 

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "base/error.h"
-#include "grid/flex_grid_impl.h"
+#include "grid/flex_grid.h"
 #include "grid/grid_painter.h"
 #include "tests/support/grid_dump.h"
 #include "tests/support/grid_event_log.h"

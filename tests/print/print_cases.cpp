@@ -19,7 +19,6 @@
 #include "basket/columns.h"
 #include "basket/printing.h"
 #include "platform/printer_win.h"
-#include "tests/support/fake_grid.h"
 #include "tests/support/print_queue_win.h"
 #include "tests/support/sample_basket.h"
 
@@ -151,7 +150,8 @@ int Print(const wchar_t* log_path, std::int32_t lines, std::wstring_view kind) {
     const Log log(_wfopen(log_path, L"wb"));
     if (!log) return Fail("log");
     LogPaper(log.get());
-    FakeGrid grid(2, column::kCount);
+    FlexGrid grid;
+    grid.SetCols(column::kCount);
     FillBasket(grid, lines, kind);
     LoggingPrinter printer(log.get());
     LoggingBox box(log.get());

@@ -18,7 +18,7 @@
 
 #include "basket/columns.h"
 #include "basket/test_lib_form.h"
-#include "grid/flex_grid_impl.h"
+#include "grid/flex_grid.h"
 #include "tests/support/fake_basket_view.h"
 #include "tests/support/fake_file_dialogs.h"
 #include "tests/support/fake_printer.h"

@@ -11,7 +11,7 @@
 namespace demovex {
 
 // The cell that an editor may be open on: wholly in view and of a kind that is edited.
-inline bool MayBeEdited(const IFlexGrid& grid, int r, int c) {
+inline bool MayBeEdited(const FlexGrid& grid, int r, int c) {
     if (r < 1 || r >= grid.Rows() - 1) return false;
     const bool article = !grid.TextMatrix(r, 1).empty();
     if (article ? c != 3 : c != 1 && c != 2) return false;
@@ -22,7 +22,7 @@ inline bool MayBeEdited(const IFlexGrid& grid, int r, int c) {
 
 // The totals row is the last one and shows the sums of the lines above it.
 inline void CheckTotalsRow(const BasketFixture& basket) {
-    const IFlexGrid& grid = basket.grid;
+    const FlexGrid& grid = basket.grid;
     const int rows = grid.Rows();
     for (int r = 1; r < rows; ++r) {
         ASSERT_EQ(grid.TextMatrix(r, 0), r < rows - 1 ? std::to_wstring(r) : L"");
@@ -39,7 +39,7 @@ inline void CheckTotalsRow(const BasketFixture& basket) {
 }
 
 inline void CheckInvariants(const BasketFixture& basket) {
-    const IFlexGrid& grid = basket.grid;
+    const FlexGrid& grid = basket.grid;
     ASSERT_GE(grid.Rows(), 2);
     ASSERT_EQ(grid.TextMatrix(0, 1), L"ArtNr");
     if (HasTotalsRow(basket)) CheckTotalsRow(basket);

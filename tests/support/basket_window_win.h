@@ -25,7 +25,7 @@
 #include "basket/basket_window_win.h"
 #include "basket/columns.h"
 #include "basket/window_ids.h"
-#include "grid/flex_grid_impl.h"
+#include "grid/flex_grid.h"
 #include "platform/text_win.h"
 #include "tests/support/basket_fixture.h"
 #include "tests/support/message_pump_win.h"

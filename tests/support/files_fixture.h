@@ -1,5 +1,5 @@
 // A basket with its file rooms over real files in a temporary folder, without a window: real rows
-// and totals, a plain grid, recording services, and a file system that fails where a test says.
+// and totals on the real grid, recording services, and a file system that fails where a test says.
 //
 // With DEMOVEX_REAL_FILES defined (Windows only, a German user's locale) the files are read and
 // written by the component's own file system, and texts converted by its own text service.
@@ -21,11 +21,11 @@
 #include "basket/sending.h"
 #include "tests/support/fake_basket_view.h"
 #include "tests/support/fake_file_dialogs.h"
-#include "tests/support/fake_grid.h"
 #include "tests/support/fake_printer.h"
 #include "tests/support/fake_services.h"
 #include "tests/support/fake_text_service.h"
 #include "tests/support/faulty_file_system.h"
+#include "tests/support/grid_dump.h"
 #include "tests/support/raised.h"
 #include "tests/support/temp_folder.h"
 
@@ -101,7 +101,7 @@ struct FilesFixture {
     FakeCellCommit editor;
     Services services{text,  files, settings, clipboard, messages,
                       sound, shell, printer,  dialogs,   L"C:\\Programme\\Warenkorb"};
-    FakeGrid grid{2, column::kCount};
+    FlexGrid grid;
     FakeBasketView view;
     BasketState state;
     BasketContext context{grid, view, services, state};

@@ -10,7 +10,7 @@
 
 namespace demovex {
 
-inline std::string DumpGrid(const IFlexGrid& grid, std::int32_t max_rows = 40) {
+inline std::string DumpGrid(const FlexGrid& grid, std::int32_t max_rows = 40) {
     std::string out = "Rows " + std::to_string(grid.Rows()) + ", Cols " +
                       std::to_string(grid.Cols()) + ", current (" + std::to_string(grid.Row()) +
                       ", " + std::to_string(grid.Col()) + "), selection to (" +
@@ -46,8 +46,25 @@ inline std::string DumpGrid(const IFlexGrid& grid, std::int32_t max_rows = 40) {
     return out;
 }
 
+// The cells alone, bold ones marked, whatever the grid's current cell and scroll position are: for
+// comparing a basket with what it was.
+inline std::string CellsOf(const FlexGrid& grid) {
+    std::string text;
+    for (std::int32_t row = 0; row < grid.Rows(); ++row) {
+        for (std::int32_t col = 0; col < grid.Cols(); ++col) {
+            for (const wchar_t c : grid.TextMatrix(row, col)) {
+                text += c < 128 ? std::string(1, static_cast<char>(c))
+                                : "<" + std::to_string(static_cast<int>(c)) + ">";
+            }
+            text += grid.CellBold(row, col) ? "*|" : "|";
+        }
+        text += '\n';
+    }
+    return text;
+}
+
 // So that ASSERT_TRUE(x) << grid prints it.
-inline std::ostream& operator<<(std::ostream& out, const IFlexGrid& grid) {
+inline std::ostream& operator<<(std::ostream& out, const FlexGrid& grid) {
     return out << DumpGrid(grid);
 }
 

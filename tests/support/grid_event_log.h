@@ -12,7 +12,7 @@ namespace demovex {
 
 class GridEventLog : public IFlexGridEvents {
   public:
-    explicit GridEventLog(IFlexGrid& grid) : grid_(grid) {}
+    explicit GridEventLog(FlexGrid& grid) : grid_(grid) {}
 
     void RowColChange() override {
         Log("RowColChange(" + Pair(grid_.Row(), grid_.Col()) + ")", on_row_col_change);
@@ -48,7 +48,7 @@ class GridEventLog : public IFlexGridEvents {
         if (copy) copy();
     }
 
-    IFlexGrid& grid_;
+    FlexGrid& grid_;
     std::vector<std::string> events_;
 };
 

@@ -4,7 +4,7 @@
 #include <utility>
 #include <vector>
 
-#include "grid/flex_grid_impl.h"
+#include "grid/flex_grid.h"
 
 namespace demovex {
 

@@ -21,7 +21,7 @@ inline std::wstring SampleAmount(std::int64_t hundredths) {
 
 // Fills a grid of 2 rows and column::kCount columns. Kinds: plain, long (long descriptions),
 // umlauts.
-inline void FillBasket(IFlexGrid& grid, std::int32_t lines, std::wstring_view kind) {
+inline void FillBasket(FlexGrid& grid, std::int32_t lines, std::wstring_view kind) {
     for (std::int32_t c = 0; c < column::kCount; ++c) {
         grid.SetColWidth(c, kColumns[static_cast<std::size_t>(c)].width);
         grid.SetTextMatrix(0, c, kColumns[static_cast<std::size_t>(c)].caption);

@@ -1,4 +1,4 @@
-#include "grid/flex_grid_impl.h"
+#include "grid/flex_grid.h"
 
 #include <algorithm>
 #include <limits>
