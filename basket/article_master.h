@@ -13,7 +13,7 @@
 #include <optional>
 #include <string>
 
-#include "basket/basket_rooms.h"
+#include "basket/article_lookup.h"
 #include "catalog/artikel_stamm.h"
 #include "platform/file_system_tools.h"
 #include "platform/files.h"

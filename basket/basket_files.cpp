@@ -6,6 +6,7 @@
 
 #include "base/error.h"
 #include "base/one_line.h"
+#include "basket/cell_view.h"
 #include "basket/columns.h"
 #include "basket/file_texts.h"
 #include "basket/progress_scope.h"
@@ -45,11 +46,11 @@ ParameterParser BasketParser() {
 }  // namespace
 
 void BasketFiles::Load(const std::wstring& Path) {
-    rows_.CloseEditor();
-    rows_.RestoreTotalsRow();
+    editor_.CloseEditor();
+    table_.RestoreTotalsRow();
     context_.state.Loading = true;
     context_.state.SuppressEditor = true;
-    rows_.BeginLoading();
+    table_.BeginLoading();
     Rejected rejected;
     try {
         const Place place = PlaceOf(Path);
@@ -72,7 +73,7 @@ void BasketFiles::Load(const std::wstring& Path) {
 }
 
 void BasketFiles::EndLoading() {
-    rows_.EndLoading();
+    table_.EndLoading();
     context_.state.Modified = false;
     context_.state.Loading = false;
     context_.state.SuppressEditor = false;
@@ -95,7 +96,7 @@ void BasketFiles::LoadRows(const Place& place, Rejected& rejected) {
     ProgressScope progress(context_.view, L"Warenkorb wird geladen",
                            ProgressScope::Ends::kWithEscape);
     grid.SetRedraw(false);
-    rows_.ClearRows();
+    table_.Clear();
     // The row that the next line is expected to become. Two lines in succession with one number
     // merge into one row and count as rejected; the row removed is then whatever stands at the
     // counter, and from there on counter and rows may differ. The numbering is kept so on purpose.
@@ -106,17 +107,21 @@ void BasketFiles::LoadRows(const Place& place, Rejected& rejected) {
         number = parser.Value(1, line);
         BlankControls(number);
         if (number.empty()) {
-            rows_.AddArtikel(L"", L"", L"", 1);
-            rows_.SetCell(row, column::kBezeichnung, parser.Value(2, line));
+            table_.AddArtikel(L"", L"", L"", 1);
+            table_.Recalculate(table_.LastRow());
+            table_.SetCell(row, column::kBezeichnung, parser.Value(2, line));
         } else {
             catalog = parser.Value(6, line);
             url = parser.Value(7, line);
             quantity = parser.Value(3, line);
             BlankControls(quantity);
-            if (rows_.AddArtikel(number, catalog, url, 1)) {
+            // the line totals of a new row wait for the quantity that the file says
+            const auto added = table_.AddArtikel(number, catalog, url, 1);
+            if (added == OrderTable::Added::kNew) {
                 SetQuantity(row, quantity);
             } else {
-                rows_.RemoveRows(row, 1);
+                if (added == OrderTable::Added::kMerged) table_.Recalculate(table_.LastRow());
+                table_.RemoveRows(row, 1);
                 --row;
                 if (++rejected.count <= kListedNumbers) {
                     rejected.list.append(L"\r\n").append(Listed(number)).append(L" (");
@@ -136,17 +141,17 @@ void BasketFiles::LoadRows(const Place& place, Rejected& rejected) {
 }
 
 void BasketFiles::SetQuantity(std::int32_t row, std::wstring_view quantity) {
-    const std::int32_t added = context_.Liste.Rows() - 2;
-    if (row != added) rows_.RecalculateTotals(added);  // keeps its quantity of 1
+    const std::int32_t added = table_.LastRow();
+    if (row != added) table_.Recalculate(added);  // keeps its quantity of 1
     try {
-        rows_.SetCell(row, column::kMenge, quantity);
-        rows_.RecalculateTotals(row);
+        table_.SetCell(row, column::kMenge, quantity);
+        table_.Recalculate(row);
     } catch (const Error&) {
         // The row is left as it was added, with the total of one piece beside the bad quantity.
         if (row == added) {
-            rows_.SetCell(row, column::kMenge, L"1");
-            rows_.RecalculateTotals(row);
-            rows_.SetCell(row, column::kMenge, quantity);
+            table_.SetCell(row, column::kMenge, L"1");
+            table_.Recalculate(row);
+            table_.SetCell(row, column::kMenge, quantity);
         }
         throw;
     }
@@ -165,22 +170,22 @@ void BasketFiles::ShowRejected(const Rejected& rejected) {
 }
 
 void BasketFiles::mnuDateiNeu_Click() {
-    rows_.CloseEditor();
+    editor_.CloseEditor();
     bool Cancel = false;
     QuerySaveChanges(Cancel);
     if (Cancel) return;
 
-    rows_.CloseEditor();  // a link followed while the question stood may have opened it again
-    rows_.RestoreTotalsRow();
+    editor_.CloseEditor();  // a link followed while the question stood may have opened it again
+    table_.RestoreTotalsRow();
 
     FlexGrid& grid = context_.Liste;
     const SuppressEditorScope suppress(context_.state);
     {
         const RedrawOffScope redraw_off(grid);
-        rows_.ClearRows();
+        table_.Clear();
     }
     grid.SetCol(column::kBezeichnung);
-    rows_.Liste_RowColChange();
+    editor_.Liste_RowColChange();
 
     context_.state.CurrentPath.clear();
     known_.reset();
@@ -189,7 +194,7 @@ void BasketFiles::mnuDateiNeu_Click() {
 }
 
 void BasketFiles::mnuDateiOeffnen_Click() {
-    rows_.CloseEditor();
+    editor_.CloseEditor();
     bool Cancel = false;
     QuerySaveChanges(Cancel);
     if (Cancel) return;
@@ -214,7 +219,7 @@ void BasketFiles::mnuDateiOeffnen_Click() {
 }
 
 void BasketFiles::mnuDateiLRU_Click(std::int32_t Index) {
-    rows_.CloseEditor();  // a text being typed is a change to be asked about
+    editor_.CloseEditor();  // a text being typed is a change to be asked about
     bool Cancel = false;
     QuerySaveChanges(Cancel);
     if (Cancel) return;
@@ -242,7 +247,7 @@ void BasketFiles::mnuDateiSpeichern_Click() {
         mnuDateiSpeichernUnter_Click();
         return;
     }
-    rows_.CommitCellEdit();
+    editor_.CommitCellEdit();
     const Place place = CurrentPlace();
     if (MayReplace(place)) Write(place);
 }
@@ -258,12 +263,12 @@ bool BasketFiles::MayReplace(const Place& place) {
     // The host is not blocked by the question: it may have loaded another basket meanwhile, which
     // nobody was asked about.
     if (answer != MessageAnswer::kYes || context_.state.CurrentPath != asked_for) return false;
-    rows_.CommitCellEdit();  // a link followed meanwhile may have opened the editor again
+    editor_.CommitCellEdit();  // a link followed meanwhile may have opened the editor again
     return true;
 }
 
 void BasketFiles::Write(const Place& place) {
-    rows_.RestoreTotalsRow();
+    table_.RestoreTotalsRow();
     recent_.AddRecentFile(place.path);
 
     bool lossy = false;
@@ -289,7 +294,7 @@ std::wstring BasketFiles::Compose(ProgressScope& progress) const {
     const FlexGrid& grid = context_.Liste;
     ParameterParser parser = BasketParser();
     parser.SetValue(1, 1, kHeader);
-    const std::int32_t last = grid.Rows() - 2;
+    const std::int32_t last = table_.LastRow();
     for (std::int32_t row = 1; row <= last; ++row) {
         progress.Step(row, last, 0, kComposeShare);
         for (std::int32_t col = column::kArtNr; col <= column::kGesamtEuro; ++col) {
@@ -301,7 +306,7 @@ std::wstring BasketFiles::Compose(ProgressScope& progress) const {
 
 void BasketFiles::mnuDateiSpeichernUnter_Click() {
     BasketState& state = context_.state;
-    rows_.CommitCellEdit();
+    editor_.CommitCellEdit();
 
     SaveFileArguments arguments{.InitDir = context_.services.component_folder,
                                 .Title = L"Speichern unter",
@@ -314,7 +319,7 @@ void BasketFiles::mnuDateiSpeichernUnter_Click() {
     const std::wstring given = dialogs.GetSaveFileName(arguments);
     if (given.empty()) return;
 
-    rows_.CommitCellEdit();  // a link followed while the dialog stood may have opened the editor
+    editor_.CommitCellEdit();  // a link followed while the dialog stood may have opened the editor
     const Place place = PlaceOf(given);
     Write(place);
     state.CurrentPath = place.path;

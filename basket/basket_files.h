@@ -12,8 +12,8 @@
 #include <string>
 #include <string_view>
 
-#include "basket/basket_rooms.h"
 #include "basket/basket_state.h"
+#include "basket/cell_commit.h"
 #include "basket/recent_files.h"
 #include "platform/file_system_tools.h"
 
@@ -24,9 +24,13 @@ class ProgressScope;
 class BasketFiles {
   public:
     // All outlive this object. `clock` times the retries of a save; null is the system's.
-    BasketFiles(BasketContext& context, IBasketRows& rows, RecentFiles& recent,
+    BasketFiles(BasketContext& context, ICellCommit& editor, RecentFiles& recent,
                 IRetryClock* clock = nullptr)
-        : context_(context), rows_(rows), recent_(recent), clock_(clock) {}
+        : context_(context),
+          table_(context.table),
+          editor_(editor),
+          recent_(recent),
+          clock_(clock) {}
 
     // Replaces the basket by the file's contents. Article numbers that are not in the article
     // master are left out and listed in one message at the end.
@@ -85,7 +89,8 @@ class BasketFiles {
     void ShowFileCaption();
 
     BasketContext& context_;
-    IBasketRows& rows_;
+    OrderTable& table_;
+    ICellCommit& editor_;
     RecentFiles& recent_;
     IRetryClock* clock_;
     Place place_;                     // where the basket was last loaded from or saved to

@@ -1,18 +1,18 @@
-// What the rooms of the basket window share: the grid, the view, the services and the flags.
+// What the rooms of the basket window share: the grid, the order lines in it, the view, the
+// services and the flags.
 #pragma once
 
 #include <cstdint>
 #include <string>
 
 #include "basket/basket_view.h"
+#include "basket/order_table.h"
 #include "basket/services.h"
 #include "grid/flex_grid.h"
 
 namespace demovex {
 
-class ArtikelStamm;
-
-// The window's flags. Only the rooms named write them.
+// The window's flags, written by the room that a flag is about.
 struct BasketState {
     bool Modified = false;        // basket changed since load or save
     bool SuppressEditor = false;  // code moves the current cell: open no editor
@@ -29,10 +29,20 @@ struct BasketState {
 
 // Handed to every room by reference; the form owns it and outlives the rooms.
 struct BasketContext {
-    FlexGrid& Liste;
+    FlexGrid& Liste;    // to read, and to move the current cell of
+    OrderTable& table;  // the one who changes rows and cells of it
     IBasketView& view;
     Services& services;
     BasketState& state;
 };
+
+// The caption of a basket that has no file.
+inline constexpr std::wstring_view kDesignedCaption = L"Vexmart Demo Warenkorb 1.1";
+
+// Sets the window's caption: kept in the state for the host, shown by the view.
+inline void SetBasketCaption(const BasketContext& context, std::wstring_view caption) {
+    context.state.Caption = caption;
+    context.view.SetCaption(caption);
+}
 
 }  // namespace demovex

@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "basket/basket_rooms.h"
+#include "basket/basket_state.h"
 #include "basket/basket_window_impl_win.h"
 #include "basket/columns.h"
 #include "basket/window_ids.h"

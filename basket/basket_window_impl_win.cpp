@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "basket/basket_rooms.h"
+#include "basket/basket_state.h"
 #include "basket/columns.h"
 #include "basket/window_ids.h"
 #include "basket/window_keys_win.h"

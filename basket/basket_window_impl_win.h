@@ -4,10 +4,10 @@
 
 #include <memory>
 #include <string>
+#include <type_traits>
 
 #include "basket/basket_window_win.h"
 #include "basket/escape_watch_win.h"
-#include "basket/form_gate_win.h"
 #include "basket/window_editor_win.h"
 #include "basket/window_handles_win.h"
 #include "basket/window_menu_win.h"
@@ -19,9 +19,28 @@
 
 namespace demovex {
 
+class TestLibForm;
+
+// A call that takes the form; refers to the callable it was made from and never allocates.
+class FormCall {
+  public:
+    template <class Callable>
+    // NOLINTNEXTLINE(bugprone-forwarding-reference-overload): the constraint leaves copying alone
+    requires(!std::is_same_v<std::remove_cvref_t<Callable>, FormCall>) FormCall(Callable&& callable)
+    noexcept  // NOLINT(google-explicit-constructor)
+        : object_(const_cast<void*>(static_cast<const void*>(&callable))),
+          call_([](void* object, TestLibForm& form) {
+              (*static_cast<std::remove_reference_t<Callable>*>(object))(form);
+          }) {}
+    void operator()(TestLibForm& form) const { call_(object_, form); }
+
+  private:
+    void* object_;
+    void (*call_)(void*, TestLibForm&);
+};
+
 class BasketWindowImpl final : public std::enable_shared_from_this<BasketWindowImpl>,
                                public IBasketView,
-                               public IFormGate,
                                private IFlexGridEvents,
                                private IFlexGridControlEvents {
   public:
@@ -40,9 +59,13 @@ class BasketWindowImpl final : public std::enable_shared_from_this<BasketWindowI
     FlexGrid& Liste() { return grid_->Grid(); }
     HWND Handle() const noexcept { return window_; }
 
-    // IFormGate
-    void Forward(FormCall call) noexcept override;
-    std::shared_ptr<void> KeepAlive() noexcept override { return weak_from_this().lock(); }
+    // The edge between the system and the form: runs `call` with the form, if there still is one.
+    // Whatever it raises is shown to the user and goes no further. The window may be gone
+    // afterwards.
+    void Forward(FormCall call) noexcept;
+    // As long as the result is held, every object of the window stays in memory, even when the
+    // window itself is destroyed.
+    std::shared_ptr<void> KeepAlive() noexcept { return weak_from_this().lock(); }
 
     // IBasketView
     IEditorView& Editor() override { return *editor_; }

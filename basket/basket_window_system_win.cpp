@@ -2,7 +2,7 @@
 // the end of the session, a wish for help from a dialog of the system's.
 #include <string>
 
-#include "basket/basket_rooms.h"
+#include "basket/basket_state.h"
 #include "basket/basket_window_impl_win.h"
 #include "dialogs/about_text.h"
 

@@ -2,12 +2,14 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
 
 #include "base/error.h"
 #include "base/one_line.h"
 #include "basket/cell_view.h"
 #include "basket/columns.h"
 #include "basket/editor_keys.h"
+#include "basket/order_entry.h"
 #include "basket/scopes.h"
 
 namespace demovex {
@@ -19,12 +21,12 @@ constexpr Twips kTextTop = 15;
 
 }  // namespace
 
-CellEditor::CellEditor(BasketContext& context, BasketRows& rows)
+CellEditor::CellEditor(BasketContext& context)
     : context_(context),
       grid_(context.Liste),
       view_(context.view.Editor()),
       state_(context.state),
-      rows_(rows) {}
+      table_(context.table) {}
 
 bool CellEditor::WhollyVisible() const {
     const std::int32_t row = grid_.Row();
@@ -33,12 +35,12 @@ bool CellEditor::WhollyVisible() const {
     if (col < grid_.Cols() - 1 && grid_.ColPos(col + 1) >= grid_.Width() - kEdgeMargin) {
         return false;
     }
-    return row >= grid_.Rows() - 1 || grid_.RowPos(row + 1) <= grid_.Height() - kEdgeMargin;
+    return row >= table_.TotalsRow() || grid_.RowPos(row + 1) <= grid_.Height() - kEdgeMargin;
 }
 
 bool CellEditor::MayEdit(std::int32_t row, std::int32_t col) const {
-    if (row < 1 || row >= grid_.Rows() - 1) return false;
-    const bool article = rows_.IsArticleRow(row);
+    if (row < 1 || row > table_.LastRow()) return false;
+    const bool article = table_.IsArticleRow(row);
     return col == column::kArtNr || col == column::kBezeichnung ? !article
                                                                 : col == column::kMenge && article;
 }
@@ -167,19 +169,29 @@ void CellEditor::CommitCellEdit() {
         }
     } focus_rect_back{*this};
 
-    rows_.RestoreTotalsRow();
-    state_.Modified = true;
+    BeginChange(context_);
     const std::int32_t row = state_.EditRow;
     const std::int32_t col = state_.EditCol;
     const std::wstring typed = OneLine(view_.Text());
     const std::wstring old(grid_.TextMatrix(row, col));
-    rows_.SetCell(row, col, typed);
-    if (col == column::kArtNr && rows_.IsArticleRow(row)) {
+    table_.SetCell(row, col, typed);
+    if (col == column::kArtNr && table_.IsArticleRow(row)) {
         CommitArticleNumber(row, col, typed, old);
     } else if (col == column::kMenge) {
         // The current cell may be another one already when a click has moved it.
-        if (row != grid_.Row()) rows_.RecalculateWithNote(row);
-        rows_.RecalculateWithNote(grid_.Row());
+        if (row != grid_.Row()) table_.TryRecalculate(row);
+        table_.TryRecalculate(grid_.Row());
+    }
+}
+
+// After an article that could not be completed: the row is what it was.
+void CellEditor::PutBack(std::int32_t row, const std::array<std::wstring, column::kCount>& texts) {
+    for (std::int32_t col = column::kArtNr; col < column::kCount; ++col) {
+        table_.SetCell(row, col, texts[static_cast<std::size_t>(col)]);
+    }
+    try {
+        table_.Recalculate(table_.TotalsRow());
+    } catch (const Error&) {  // the caller has an error to tell already
     }
 }
 
@@ -192,9 +204,11 @@ void CellEditor::CommitArticleNumber(std::int32_t row, std::int32_t col, const s
     before[static_cast<std::size_t>(col)] = old;
     bool found = false;
     try {
-        found = rows_.CompleteTypedArticle(row);
+        found = RefreshArtikel(context_, *this, row, 1);
+    } catch (const IncompleteLine&) {
+        found = true;  // what is incomplete is told in the note
     } catch (...) {
-        rows_.PutBack(row, before);
+        PutBack(row, before);
         throw;
     }
     if (found) {
@@ -206,14 +220,32 @@ void CellEditor::CommitArticleNumber(std::int32_t row, std::int32_t col, const s
                                     MessageButtons::kOk, MessageIcon::kNone);
     // While the message stood there, the host may have replaced the basket; only the cell that
     // still holds the refused number gets its old text back.
-    if (row < grid_.Rows() - 1 && grid_.TextMatrix(row, col) == typed) {
-        rows_.SetCell(row, col, old);
+    if (row <= table_.LastRow() && grid_.TextMatrix(row, col) == typed) {
+        table_.SetCell(row, col, old);
     }
 }
 
 void CellEditor::CloseEditor() {
     // A number just typed and found opens the editor on the quantity, whose commit opens nothing.
     for (int round = 0; round < 3 && view_.BackgroundVisible(); ++round) CommitCellEdit();
+}
+
+void CellEditor::NumberFormatChanged(const std::function<void()>& change) {
+    const ITextService& text = context_.services.text;
+    if (!view_.BackgroundVisible() || state_.EditCol != column::kMenge) return change();
+    const auto number = [&](std::wstring_view typed) -> std::optional<double> {
+        try {
+            return text.ToNumber(typed);
+        } catch (const Error&) {
+            return std::nullopt;
+        }
+    };
+    const std::optional<double> old = number(view_.Text());
+    change();
+    if (!old || number(view_.Text()) == old) return;
+    state_.LastValidText = text.FromNumber(*old);
+    view_.SetText(state_.LastValidText);
+    view_.Select(static_cast<std::int32_t>(state_.LastValidText.size()), 0);
 }
 
 void CellEditor::Realign() {
@@ -268,10 +300,10 @@ void CellEditor::Reopen() {
 }
 
 void CellEditor::ReturnInDescription() {
-    if (state_.EditRow == grid_.Rows() - 1) {
-        rows_.AppendEmptyRow();
+    if (state_.EditRow == table_.TotalsRow()) {
+        AppendEmptyRow(context_, *this);
     } else {
-        rows_.InsertArtikel(state_.EditRow + 1, 1);
+        InsertArtikel(context_, *this, state_.EditRow + 1, 1);
     }
 }
 
@@ -284,7 +316,7 @@ void CellEditor::GoToNextCell(std::int32_t step) {
     if (step > 0) {
         row = std::max(row, 0);
     } else {
-        row = std::min(row, grid_.Rows() - 1);
+        row = std::min(row, table_.TotalsRow());
         col = std::min(col, column::kMenge + 1);
     }
     do {
@@ -293,7 +325,7 @@ void CellEditor::GoToNextCell(std::int32_t step) {
             row += step;
             col = step > 0 ? column::kArtNr : column::kMenge;
         }
-        if (row < 1 ? step < 0 : row >= grid_.Rows() - 1 && step > 0) return OpenHere();
+        if (row < 1 ? step < 0 : row > table_.LastRow() && step > 0) return OpenHere();
     } while (!MayEdit(row, col));
     {
         const SuppressEditorScope suppress(state_);

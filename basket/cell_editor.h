@@ -6,18 +6,22 @@
 // so opens the editor again.
 #pragma once
 
+#include <array>
 #include <cstdint>
+#include <functional>
 #include <string>
 
-#include "basket/basket_rows.h"
+#include "basket/basket_state.h"
 #include "basket/basket_view.h"
+#include "basket/cell_commit.h"
+#include "basket/columns.h"
 
 namespace demovex {
 
 class CellEditor final : public ICellCommit {
   public:
-    // Both outlive the editor; `rows` may still be under construction.
-    CellEditor(BasketContext& context, BasketRows& rows);
+    // `context` outlives the editor.
+    explicit CellEditor(BasketContext& context);
 
     // Opens the editor on the current cell when it may be edited; commits the one left behind.
     void Liste_RowColChange() override;
@@ -43,6 +47,10 @@ class CellEditor final : public ICellCommit {
     // Puts the open editor over its cell again after columns have changed their widths; commits it
     // when the cell is no longer wholly visible. What is being typed stays as it is.
     void Realign();
+
+    // The number format changes: `change`, which is called once in any case, makes the text service
+    // use the new one. A quantity that is being typed and would read differently is written anew.
+    void NumberFormatChanged(const std::function<void()>& change);
 
     // Whether the editor is open on a text that its cell does not have yet.
     bool TypedInto() const;
@@ -92,6 +100,7 @@ class CellEditor final : public ICellCommit {
     bool OffersList() const;
     void Place();
     void Open();
+    void PutBack(std::int32_t row, const std::array<std::wstring, column::kCount>& texts);
     void CommitArticleNumber(std::int32_t row, std::int32_t col, const std::wstring& typed,
                              const std::wstring& old);
     void RememberSelection();
@@ -102,7 +111,7 @@ class CellEditor final : public ICellCommit {
     FlexGrid& grid_;
     IEditorView& view_;
     BasketState& state_;
-    BasketRows& rows_;
+    OrderTable& table_;
     bool (*offers_)(std::int32_t row, std::int32_t col) = nullptr;
     // The text box's selection before the change that is being made, for undoing it.
     std::int32_t before_start_ = 0;

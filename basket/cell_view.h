@@ -1,5 +1,6 @@
-// Bringing rows and cells of the basket into view. The grid does not scroll when code moves its
-// current cell, and a cell out of view is not edited: whoever moves it for the user scrolls.
+// What the user is shown of the current cell, and bringing rows and cells into view. The grid does
+// not scroll when code moves its current cell, and a cell out of view is not edited: whoever moves
+// it for the user scrolls.
 #pragma once
 
 #include <cstdint>
@@ -7,6 +8,10 @@
 #include "basket/basket_state.h"
 
 namespace demovex {
+
+// Shows the current row's catalogue position in the status bar; none while several rows are
+// selected.
+void ShowPosition(const BasketContext& context);
 
 // The row, or the cell, inside what the scroll bars leave free and so far from the grid's lower
 // edge that the editor opens on it, scrolled as little as that takes. Numbers out of range are left

@@ -1,17 +1,14 @@
 #include "basket/clipboard_text.h"
 
-#include <algorithm>
-
 #include "basket/columns.h"
 
 namespace demovex {
 
-std::wstring CellsAsText(const FlexGrid& grid, std::int32_t first_row, std::int32_t last_row,
-                         std::int32_t first_col, std::int32_t last_col) {
+std::wstring CellsAsText(const FlexGrid& grid, const GridRange& range) {
     std::wstring text;
-    for (std::int32_t row = first_row; row <= last_row; ++row) {
+    for (std::int32_t row = range.first_row; row <= range.last_row; ++row) {
         const std::size_t line = text.size();
-        for (std::int32_t col = first_col; col <= last_col; ++col) {
+        for (std::int32_t col = range.first_col; col <= range.last_col; ++col) {
             if (grid.ColWidth(col) == 0) continue;
             if (text.size() != line) text += L'\t';
             text += grid.TextMatrix(row, col);
@@ -22,18 +19,15 @@ std::wstring CellsAsText(const FlexGrid& grid, std::int32_t first_row, std::int3
 }
 
 void ClipboardCommands::mnuContextCopySelectionToClipboard_Click() {
-    rows_.CommitCellEdit();
-    const FlexGrid& grid = context_.Liste;
-    context_.services.clipboard.SetText(
-        CellsAsText(grid, std::min(grid.Row(), grid.RowSel()), std::max(grid.Row(), grid.RowSel()),
-                    std::min(grid.Col(), grid.ColSel()), std::max(grid.Col(), grid.ColSel())));
+    editor_.CommitCellEdit();
+    context_.services.clipboard.SetText(CellsAsText(context_.Liste, context_.table.Selection()));
 }
 
 void ClipboardCommands::mnuDateiSendenanZwischenablage_Click() {
-    rows_.CommitCellEdit();
+    editor_.CommitCellEdit();
     const FlexGrid& grid = context_.Liste;
     context_.services.clipboard.SetText(
-        CellsAsText(grid, 0, grid.Rows() - 1, column::kArtNr, grid.Cols() - 1));
+        CellsAsText(grid, {0, context_.table.TotalsRow(), column::kArtNr, grid.Cols() - 1}));
 }
 
 }  // namespace demovex

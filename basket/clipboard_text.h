@@ -7,19 +7,19 @@
 #include <cstdint>
 #include <string>
 
-#include "basket/basket_rooms.h"
+#include "basket/basket_state.h"
+#include "basket/cell_commit.h"
 
 namespace demovex {
 
-// The cells of rows `first_row` to `last_row` and columns `first_col` to `last_col` (both included)
-// whose column is shown.
-std::wstring CellsAsText(const FlexGrid& grid, std::int32_t first_row, std::int32_t last_row,
-                         std::int32_t first_col, std::int32_t last_col);
+// The cells of `range` whose column is shown.
+std::wstring CellsAsText(const FlexGrid& grid, const GridRange& range);
 
 class ClipboardCommands {
   public:
     // Both outlive the commands.
-    ClipboardCommands(BasketContext& context, IBasketRows& rows) : context_(context), rows_(rows) {}
+    ClipboardCommands(BasketContext& context, ICellCommit& editor)
+        : context_(context), editor_(editor) {}
 
     // Cut, copy and paste work on the text box of the cell editor.
     void mnuEditAusschneiden_Click() { context_.view.SendEditKey(EditKey::kCut); }
@@ -34,7 +34,7 @@ class ClipboardCommands {
 
   private:
     BasketContext& context_;
-    IBasketRows& rows_;
+    ICellCommit& editor_;
 };
 
 }  // namespace demovex

@@ -1,11 +1,11 @@
-// The columns of the basket grid, in one place.
+// Where things stand in the basket's grid: its columns, and its last rows.
 #pragma once
 
 #include <array>
 #include <cstdint>
 #include <string_view>
 
-#include "grid/geometry.h"
+#include "grid/flex_grid.h"
 
 namespace demovex {
 
@@ -22,6 +22,14 @@ inline constexpr std::int32_t kGesamtAts = 8;
 inline constexpr std::int32_t kGesamtEuro = 9;
 inline constexpr std::int32_t kCount = 10;
 }  // namespace column
+
+// The last order line, 0 when there is none, and the row below it.
+inline std::int32_t LastRow(const FlexGrid& grid) {
+    return grid.Rows() - 2;
+}
+inline std::int32_t TotalsRow(const FlexGrid& grid) {
+    return grid.Rows() - 1;
+}
 
 struct ColumnRow {
     std::wstring_view caption;

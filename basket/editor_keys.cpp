@@ -20,13 +20,13 @@ bool RowAbove(CellEditor& e) {
     return e.Grid().Row() >= 2;
 }
 bool RowBelow(CellEditor& e) {
-    return e.Grid().Row() < e.Grid().Rows() - 1;
+    return e.Grid().Row() < TotalsRow(e.Grid());
 }
 bool EditRowAbove(CellEditor& e) {
     return e.State().EditRow >= 2;
 }
 bool EditRowBelow(CellEditor& e) {
-    return e.State().EditRow < e.Grid().Rows() - 1;
+    return e.State().EditRow < TotalsRow(e.Grid());
 }
 bool ButtonVisible(CellEditor& e) {
     return e.View().ComboButtonVisible();

@@ -10,6 +10,21 @@ constexpr std::size_t kLongestNumber = 40;
 
 }  // namespace
 
+IncompleteNote::IncompleteNote(BasketContext& context) : context_(context) {
+    context.table.SetListener({[this](const IncompleteLine* line) {
+                                   if (line == nullptr) {
+                                       told_amounts_ = 0;
+                                   } else if (!context_.state.Loading) {
+                                       Tell(line->row());
+                                   }
+                               },
+                               [this] { Forget(); }});
+}
+
+IncompleteNote::~IncompleteNote() {
+    context_.table.SetListener({});
+}
+
 IncompleteNote::Line IncompleteNote::LineOf(std::int32_t row) const {
     const FlexGrid& grid = context_.Liste;
     Line line{std::wstring(grid.TextMatrix(row, column::kArtNr)), Lack::kArticle};
@@ -22,9 +37,9 @@ IncompleteNote::Line IncompleteNote::LineOf(std::int32_t row) const {
 }
 
 std::int32_t IncompleteNote::LastUnreadableRow() const {
-    const FlexGrid& grid = context_.Liste;
-    for (std::int32_t row = grid.Rows() - 2; row >= 1; --row) {
-        if (!grid.TextMatrix(row, column::kArtNr).empty() && !totals_.Reads(row)) return row;
+    const OrderTable& table = context_.table;
+    for (std::int32_t row = table.LastRow(); row >= 1; --row) {
+        if (table.IsArticleRow(row) && !table.Reads(row)) return row;
     }
     return 0;
 }
@@ -32,7 +47,7 @@ std::int32_t IncompleteNote::LastUnreadableRow() const {
 void IncompleteNote::Tell(std::int32_t row) {
     // Lines of one number are told apart by how many there are; looking for the newest one is the
     // exception in a basket of any length.
-    const std::int64_t amounts = totals_.Unreadable();
+    const std::int64_t amounts = context_.table.Unreadable();
     const bool more = amounts > told_amounts_;
     told_amounts_ = amounts;
     if (row == 0 && more) row = LastUnreadableRow();

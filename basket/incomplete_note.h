@@ -6,24 +6,23 @@
 #include <string>
 
 #include "basket/basket_state.h"
-#include "basket/totals.h"
 
 namespace demovex {
 
 class IncompleteNote {
   public:
-    // Both outlive the note.
-    IncompleteNote(BasketContext& context, const Totals& totals)
-        : context_(context), totals_(totals) {}
+    // Listens to the table. `context` outlives the note.
+    explicit IncompleteNote(BasketContext& context);
+    ~IncompleteNote();
+    IncompleteNote(const IncompleteNote&) = delete;
+    IncompleteNote& operator=(const IncompleteNote&) = delete;
 
+  private:
     // A recalculation met an incomplete line: `row`, or with 0 another one than its own.
     void Tell(std::int32_t row);
-    // A recalculation met none.
-    void AllComplete() { told_amounts_ = 0; }
     // The basket is another one.
     void Forget();
 
-  private:
     enum class Lack : std::uint8_t { kArticle, kPrice, kQuantity };
     // A line is known by its number: its row changes with every row before it.
     struct Line {
@@ -38,7 +37,6 @@ class IncompleteNote {
     std::int32_t LastUnreadableRow() const;
 
     BasketContext& context_;
-    const Totals& totals_;
     std::set<Line> told_;
     std::int64_t told_amounts_ = 0;  // unreadable amounts of the lines told
 };

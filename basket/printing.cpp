@@ -68,7 +68,7 @@ PrintLayout LayOutPages(const FlexGrid& grid, std::int32_t page_width, std::int3
     }
     layout.line_height = CheckedAdd(text_height, kLineSpacing);
     layout.per_page = CheckedSub(CheckedDiv(page_height, layout.line_height), kLinesForFurniture);
-    layout.pages = CheckedDiv(CheckedAdd(grid.Rows() - 2, layout.per_page), layout.per_page);
+    layout.pages = CheckedDiv(CheckedAdd(LastRow(grid), layout.per_page), layout.per_page);
     return layout;
 }
 
@@ -156,7 +156,7 @@ void Printing::PrintPage(IPrintJob& job, const PrintLayout& layout, std::int32_t
     PrintRow(job, layout, 0, y);
 
     job.SetFont(kBodyPoints, false);
-    const std::int32_t totals = CheckedSub(liste_.Rows(), 1);
+    const std::int32_t totals = TotalsRow(liste_);
     const std::int64_t first = (std::int64_t{page} - 1) * layout.per_page + 1;
     const std::int64_t last = std::min<std::int64_t>(std::int64_t{page} * layout.per_page, totals);
     for (std::int64_t row = first; row <= last; ++row) {

@@ -4,74 +4,71 @@
 
 #include "basket/cell_view.h"
 #include "basket/columns.h"
+#include "basket/order_entry.h"
 #include "basket/scopes.h"
 
 namespace demovex {
 
-RowCommands::RowCommands(BasketContext& context, BasketRows& rows)
-    : context_(context), grid_(context.Liste), state_(context.state), rows_(rows) {}
-
-RowCommands::Selection RowCommands::SelectedRows() const {
-    return {std::min(grid_.Row(), grid_.RowSel()), std::max(grid_.Row(), grid_.RowSel())};
-}
+RowCommands::RowCommands(BasketContext& context, ICellCommit& editor)
+    : context_(context),
+      grid_(context.Liste),
+      state_(context.state),
+      table_(context.table),
+      editor_(editor) {}
 
 void RowCommands::AppendEmptyRow() {
-    rows_.AppendEmptyRow();
+    demovex::AppendEmptyRow(context_, editor_);
     BringCellIntoView(context_, grid_.Row(), grid_.Col());
 }
 
 void RowCommands::mnuEditNeueZeile_Click() {
-    rows_.CloseEditor();
+    editor_.CloseEditor();
     AppendEmptyRow();
-    rows_.Liste_RowColChange();
+    editor_.Liste_RowColChange();
 }
 
 void RowCommands::mnuEditZeileOberhalbEinfügen_Click() {
-    rows_.CloseEditor();
-    rows_.RestoreTotalsRow();
-    state_.Modified = true;
+    editor_.CloseEditor();
+    BeginChange(context_);
     if (grid_.Row() == 0) {
         AppendEmptyRow();
     } else {
-        rows_.InsertArtikel(grid_.Row(), SelectedRows().Count());
+        InsertArtikel(context_, editor_, grid_.Row(), table_.Selection().Rows());
         BringCellIntoView(context_, grid_.Row(), grid_.Col());
     }
-    rows_.Liste_RowColChange();
+    editor_.Liste_RowColChange();
 }
 
 void RowCommands::mnuEditZeilenLöschen_Click() {
-    rows_.CloseEditor();
-    rows_.RestoreTotalsRow();
-    state_.Modified = true;
+    editor_.CloseEditor();
+    BeginChange(context_);
     const std::int32_t anchor = grid_.Row();
     if (anchor == 0) {
         context_.services.sound.Beep();
-        rows_.Liste_RowColChange();
+        editor_.Liste_RowColChange();
         return;
     }
     const std::int32_t removed =
-        std::min(SelectedRows().Count(), grid_.Rows() - 1 - anchor);  // up to the totals row
-    if (removed > 0) rows_.RemoveRows(anchor, removed);
+        std::min(table_.Selection().Rows(), table_.TotalsRow() - anchor);  // up to the totals row
+    if (removed > 0) table_.RemoveRows(anchor, removed);
     // What was selected is gone; what moved up into its place is not selected with it.
     grid_.SetRow(grid_.Row());
-    rows_.Renumber(grid_.Row());
     // The lines that are left keep their totals, so only the sums are made anew.
-    rows_.RecalculateWithNote(grid_.Rows() - 1);
-    if (grid_.Rows() == 2) grid_.SetCol(column::kBezeichnung);
+    table_.TryRecalculate(table_.TotalsRow());
+    if (table_.LastRow() == 0) grid_.SetCol(column::kBezeichnung);
     BringRowIntoView(context_, grid_.Row());
-    rows_.Liste_RowColChange();
+    editor_.Liste_RowColChange();
 }
 
 bool RowCommands::CanMove(std::int32_t step) const {
-    const auto [first, last] = SelectedRows();
-    // Row 0 is the header, Rows − 1 the totals row; neither is part of the block nor jumped over.
-    if (step < 0) return first >= 2 && last < grid_.Rows() - 1;
-    return first >= 1 && last < grid_.Rows() - 2;
+    const auto [first, last, first_col, last_col] = table_.Selection();
+    // Neither header nor totals row is part of the block nor jumped over.
+    if (step < 0) return first >= 2 && last <= table_.LastRow();
+    return first >= 1 && last < table_.LastRow();
 }
 
 void RowCommands::MoveSelection(std::int32_t step) {
-    rows_.RestoreTotalsRow();
-    state_.Modified = true;
+    BeginChange(context_);
     if (!CanMove(step)) return;
     const std::int32_t row = grid_.Row();
     const std::int32_t col = grid_.Col();
@@ -79,12 +76,12 @@ void RowCommands::MoveSelection(std::int32_t step) {
     const std::int32_t col_span = grid_.ColSel() - col;
     {
         SuppressEditorScope suppress(state_);
-        rows_.CloseEditor();
+        editor_.CloseEditor();
         suppress.Set();  // a number committed just now has cleared it
         const RedrawOffScope redraw_off(grid_);
         const std::int32_t first = std::min(row, row + row_span);
         const std::int32_t count = std::max(row, row + row_span) - first + 1;
-        rows_.MoveRows(first, count, first + step);
+        table_.MoveRows(first, count, first + step);
         grid_.SetRow(row + step);
         grid_.SetCol(col);
         grid_.SetRowSel(row + step + row_span);
@@ -92,7 +89,7 @@ void RowCommands::MoveSelection(std::int32_t step) {
         // the end that moves ahead
         BringRowIntoView(context_, step < 0 ? first + step : first + count - 1 + step);
     }
-    rows_.Liste_RowColChange();
+    editor_.Liste_RowColChange();
 }
 
 void RowCommands::mnuEditZeilenNachOben_Click() {

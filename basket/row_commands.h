@@ -6,14 +6,15 @@
 
 #include <cstdint>
 
-#include "basket/basket_rows.h"
+#include "basket/basket_state.h"
+#include "basket/cell_commit.h"
 
 namespace demovex {
 
 class RowCommands {
   public:
     // Both outlive the commands.
-    RowCommands(BasketContext& context, BasketRows& rows);
+    RowCommands(BasketContext& context, ICellCommit& editor);
 
     void mnuEditNeueZeile_Click();
     // As many rows as are selected, above the anchor row; with the header current one at the end.
@@ -25,12 +26,6 @@ class RowCommands {
     void mnuEditZeilenNachUnten_Click();
 
   private:
-    struct Selection {
-        std::int32_t first;
-        std::int32_t last;
-        std::int32_t Count() const { return last - first + 1; }
-    };
-    Selection SelectedRows() const;
     void AppendEmptyRow();
     bool CanMove(std::int32_t step) const;
     void MoveSelection(std::int32_t step);
@@ -38,7 +33,8 @@ class RowCommands {
     BasketContext& context_;
     FlexGrid& grid_;
     BasketState& state_;
-    BasketRows& rows_;
+    OrderTable& table_;
+    ICellCommit& editor_;
 };
 
 }  // namespace demovex

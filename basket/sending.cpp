@@ -1,6 +1,5 @@
 #include "basket/sending.h"
 
-#include <algorithm>
 #include <memory>
 #include <new>
 
@@ -14,7 +13,7 @@
 namespace demovex {
 
 void Sending::mnuContextSendTo_Click(std::int32_t Index) {
-    rows_.CommitCellEdit();
+    editor_.CommitCellEdit();
     AppendSelection(recent_.Tag(Index));
 }
 
@@ -25,16 +24,14 @@ void Sending::mnuContextSendToOther_Click() {
                                  .Title = L"Warenkorb wählen",
                                  .sExtensions = kBasketFilter});
     if (path.empty()) return;
-    rows_.CommitCellEdit();
+    editor_.CommitCellEdit();
     recent_.AddRecentFile(context_.services.files.Absolute(path));
     AppendSelection(path);
 }
 
 void Sending::AppendSelection(const std::wstring& Path) {
-    rows_.CommitCellEdit();
-    const FlexGrid& grid = context_.Liste;
-    const std::int32_t first = std::min(grid.Row(), grid.RowSel());
-    const std::int32_t last = std::max(grid.Row(), grid.RowSel());
+    editor_.CommitCellEdit();
+    const auto [first, last, first_col, last_col] = context_.table.Selection();
     std::unique_ptr<IOutputFile> file;
     bool lossy = false;
     try {

@@ -6,8 +6,8 @@
 #include <cstdint>
 #include <string>
 
-#include "basket/basket_rooms.h"
 #include "basket/basket_state.h"
+#include "basket/cell_commit.h"
 #include "basket/recent_files.h"
 
 namespace demovex {
@@ -15,8 +15,8 @@ namespace demovex {
 class Sending {
   public:
     // All outlive this object.
-    Sending(BasketContext& context, IBasketRows& rows, RecentFiles& recent)
-        : context_(context), rows_(rows), recent_(recent) {}
+    Sending(BasketContext& context, ICellCommit& editor, RecentFiles& recent)
+        : context_(context), editor_(editor), recent_(recent) {}
 
     // To the recent file behind entry `Index` (1 to 4). Raises 9.
     void mnuContextSendTo_Click(std::int32_t Index);
@@ -34,7 +34,7 @@ class Sending {
     void ShowFailure(const std::wstring& path, std::wstring_view cause);
 
     BasketContext& context_;
-    IBasketRows& rows_;
+    ICellCommit& editor_;
     RecentFiles& recent_;
 };
 

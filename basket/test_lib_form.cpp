@@ -7,11 +7,12 @@
 #include "base/one_line.h"
 #include "basket/article_master.h"
 #include "basket/basket_files.h"
-#include "basket/basket_rooms.h"
-#include "basket/basket_rows.h"
 #include "basket/cell_editor.h"
 #include "basket/cell_view.h"
 #include "basket/clipboard_text.h"
+#include "basket/incomplete_note.h"
+#include "basket/order_entry.h"
+#include "basket/order_table.h"
 #include "basket/printing.h"
 #include "basket/recent_files.h"
 #include "basket/row_commands.h"
@@ -33,28 +34,29 @@ constexpr bool IsModifier(int key) noexcept {
 
 }  // namespace
 
-// Rooms refer to each other, so some bind references to rooms that are built after them; none uses
-// them before all are built.
+// From the ground up: each room refers only to rooms above its line.
 struct TestLibForm::Rooms {
     Rooms(TestLibForm& form, FlexGrid& liste, IBasketView& view, Services& services)
-        : context{liste, view, services, state},
-          moArtikelstamm(services.files, services.text),
-          editor(context, rows),
-          rows(context, editor, moArtikelstamm),
-          row_commands(context, rows),
-          clipboard(context, rows),
+        : moArtikelstamm(services.files, services.text),
+          table(liste, services.text, moArtikelstamm),
+          context{liste, table, view, services, state},
+          note(context),
+          editor(context),
+          row_commands(context, editor),
+          clipboard(context, editor),
           view_commands(context, editor, form.moLibrary),
           recent_files(context),
-          files(context, rows, recent_files),
-          sending(context, rows, recent_files),
+          files(context, editor, recent_files),
+          sending(context, editor, recent_files),
           printing(
               context, [this] { editor.CloseEditor(); }, [this] { return state.Caption; }) {}
 
     BasketState state;
-    BasketContext context;
     ArticleMaster moArtikelstamm;
+    OrderTable table;
+    BasketContext context;
+    IncompleteNote note;
     CellEditor editor;
-    BasketRows rows;
     RowCommands row_commands;
     ClipboardCommands clipboard;
     ViewCommands view_commands;
@@ -82,7 +84,7 @@ void TestLibForm::Initialize() {
     r.view_commands.BuildMenus();
     r.moArtikelstamm.Open(r.context.services.component_folder + L"\\artikel.db");
     try {
-        r.rows.BuildEmptyGrid();
+        r.table.BuildEmpty();
         r.recent_files.RefreshRecentFiles();
     } catch (...) {
         r.moArtikelstamm.Close();  // a set-up that fails leaves no open file behind
@@ -173,7 +175,10 @@ bool TestLibForm::AddArtikel(const std::wstring& ArtikelNr, const std::wstring& 
     bool result = false;
     std::exception_ptr failed;
     try {
-        result = r.rows.AddArtikel(OneLine(ArtikelNr), Katalog, KatalogURL, Menge);
+        const std::wstring number = OneLine(ArtikelNr);
+        const auto added =
+            demovex::AddArtikel(r.context, r.editor, number, Katalog, KatalogURL, Menge);
+        result = added == OrderTable::Added::kNew && !number.empty();
     } catch (...) {
         failed = std::current_exception();
     }
@@ -183,15 +188,15 @@ bool TestLibForm::AddArtikel(const std::wstring& ArtikelNr, const std::wstring& 
 }
 
 bool TestLibForm::RefreshArtikel(std::int32_t row, std::int32_t Menge) {
-    return rooms_->rows.RefreshArtikel(row, Menge);
+    return demovex::RefreshArtikel(rooms_->context, rooms_->editor, row, Menge);
 }
 
 void TestLibForm::InsertArtikel(std::int32_t row, std::int32_t rowcount) {
-    rooms_->rows.InsertArtikel(row, rowcount);
+    demovex::InsertArtikel(rooms_->context, rooms_->editor, row, rowcount);
 }
 
 std::int32_t TestLibForm::GetRowType(std::int32_t row) const {
-    return rooms_->rows.GetRowType(row);
+    return rooms_->table.IsArticleRow(row) ? 0 : 1;
 }
 
 void TestLibForm::CommitCellEdit() {
@@ -200,7 +205,7 @@ void TestLibForm::CommitCellEdit() {
 
 void TestLibForm::NumberFormatChanged(const std::function<void()>& change) {
     if (rooms_->state.InitPending) return change();  // nothing is shown yet
-    rooms_->rows.NumberFormatChanged(change);
+    rooms_->editor.NumberFormatChanged([&] { rooms_->table.Reformat(change); });
     TellNumberFormat();
 }
 
@@ -386,15 +391,15 @@ void TestLibForm::SetOffersList(bool (*offers)(std::int32_t row, std::int32_t co
 // --- IMSContainer
 
 std::int32_t TestLibForm::Count(std::int32_t) {
-    return rooms_->rows.Count();
+    return rooms_->table.LastRow();
 }
 
 std::int32_t TestLibForm::EnumItems(std::int32_t) {
-    return rooms_->rows.EnumItems();
+    return rooms_->table.EnumItems();
 }
 
 std::int32_t TestLibForm::CompareItems(std::int32_t id1, std::int32_t id2, std::int32_t Tag) {
-    return rooms_->rows.CompareItems(id1, id2, Tag);
+    return rooms_->table.CompareItems(id1, id2, Tag);
 }
 
 std::int32_t TestLibForm::Hashvalue(std::int32_t, std::int32_t) {
@@ -406,7 +411,7 @@ std::int32_t TestLibForm::HashKeyvalue(const KeyValue&, std::int32_t) {
 }
 
 std::int32_t TestLibForm::CompareItem(const KeyValue& Key, std::int32_t id, std::int32_t Tag) {
-    return rooms_->rows.CompareItem(Key, id, Tag);
+    return rooms_->table.CompareItem(Key, id, Tag);
 }
 
 const BasketState& TestLibForm::State() const {

@@ -2,7 +2,7 @@
 // bar, column widths, the way to the catalogue.
 #pragma once
 
-#include "basket/basket_rooms.h"
+#include "basket/basket_state.h"
 #include "basket/cell_editor.h"
 #include "basket/commands.h"
 

@@ -1,4 +1,5 @@
 // What happens to the controls of the in-place editor: their procedures.
+#include "basket/basket_window_impl_win.h"
 #include "basket/test_lib_form.h"
 #include "basket/window_editor_win.h"
 #include "basket/window_keys_win.h"
@@ -88,7 +89,7 @@ LRESULT CALLBACK WindowEditor::PictureProc(HWND window, UINT message, WPARAM wpa
                                            LPARAM lparam) noexcept {
     auto* editor = reinterpret_cast<WindowEditor*>(GetWindowLongPtrW(window, GWLP_USERDATA));
     if (editor == nullptr) return DefWindowProcW(window, message, wparam, lparam);
-    const auto keep = editor->gate_.KeepAlive();
+    const auto keep = editor->window_.KeepAlive();
     if (message == WM_NCDESTROY && window == editor->background_) {
         // the system destroys the text boxes first: with them in place it is another program's
         if (GetWindow(window, GW_CHILD) != nullptr) return 0;
@@ -123,7 +124,7 @@ LRESULT WindowEditor::OnPictureMessage(HWND window, UINT message, WPARAM wparam,
             return 0;
         case WM_LBUTTONUP:
             if (window == button_) {
-                gate_.Forward([](TestLibForm& form) { form.IPComboButton_Click(); });
+                window_.Forward([](TestLibForm& form) { form.IPComboButton_Click(); });
             }
             return 0;
         case WM_LBUTTONDOWN:
@@ -142,7 +143,7 @@ LRESULT WindowEditor::OnPictureMessage(HWND window, UINT message, WPARAM wparam,
 LRESULT CALLBACK WindowEditor::TextProc(HWND window, UINT message, WPARAM wparam,
                                         LPARAM lparam) noexcept {
     WindowEditor& editor = Of(window);
-    const auto keep = editor.gate_.KeepAlive();
+    const auto keep = editor.window_.KeepAlive();
     if (editor.OnTextMessage(window, message, wparam, lparam)) return 0;
     if (!IsWindow(window)) return 0;
     if (message == WM_CLOSE) return 0;  // a control is not closed alone
@@ -161,7 +162,7 @@ bool WindowEditor::OnTextMessage(HWND window, UINT message, WPARAM wparam, LPARA
             return OnTextKey(wparam, lparam);
         case WM_CHAR: {
             int character = static_cast<int>(wparam);
-            gate_.Forward([&](TestLibForm& form) { form.IPText_KeyPress(character); });
+            window_.Forward([&](TestLibForm& form) { form.IPText_KeyPress(character); });
             if (character == 0 || !TextBoxKnows(static_cast<wchar_t>(character))) return true;
             if (character != static_cast<int>(wparam) && IsWindow(window)) {
                 CallWindowProcW(text_proc_, window, message, static_cast<WPARAM>(character),
@@ -191,14 +192,14 @@ bool WindowEditor::OnTextKey(WPARAM key, LPARAM) {
         SendMessageW(TextWindow(), EM_SETSEL, 0, -1);
         return true;
     }
-    gate_.Forward([&](TestLibForm& form) { form.IPText_KeyDown(code, shift); });
+    window_.Forward([&](TestLibForm& form) { form.IPText_KeyDown(code, shift); });
     return code == 0;
 }
 
 LRESULT CALLBACK WindowEditor::ListProc(HWND window, UINT message, WPARAM wparam,
                                         LPARAM lparam) noexcept {
     WindowEditor& editor = Of(window);
-    const auto keep = editor.gate_.KeepAlive();
+    const auto keep = editor.window_.KeepAlive();
     if (editor.OnListMessage(message, wparam, lparam)) return 0;
     if (!IsWindow(window)) return 0;
     if (message == WM_CLOSE) return 0;  // a control is not closed alone
@@ -214,11 +215,12 @@ bool WindowEditor::OnListMessage(UINT message, WPARAM wparam, LPARAM lparam) {
     switch (message) {
         case WM_KEYDOWN: {
             int code = static_cast<int>(wparam);
-            gate_.Forward([&](TestLibForm& form) { form.IPComboList_KeyDown(code, ShiftState()); });
+            window_.Forward(
+                [&](TestLibForm& form) { form.IPComboList_KeyDown(code, ShiftState()); });
             return code == 0;
         }
         case WM_MOUSEMOVE:
-            gate_.Forward([&](TestLibForm& form) {
+            window_.Forward([&](TestLibForm& form) {
                 form.IPComboList_MouseMove(ButtonState(wparam), ShiftState() & 3, x, y);
             });
             return false;
@@ -226,12 +228,12 @@ bool WindowEditor::OnListMessage(UINT message, WPARAM wparam, LPARAM lparam) {
             // the list must not close on the press: the release chooses
             return true;
         case WM_LBUTTONUP:
-            gate_.Forward(
+            window_.Forward(
                 [&](TestLibForm& form) { form.IPComboList_MouseUp(1, ShiftState() & 3, x, y); });
             return true;
         case WM_KILLFOCUS:
             if (list_visible_) {
-                gate_.Forward([](TestLibForm& form) { form.IPComboList_LostFocus(); });
+                window_.Forward([](TestLibForm& form) { form.IPComboList_LostFocus(); });
             }
             return false;
         default:

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "basket/basket_window_impl_win.h"
 #include "basket/test_lib_form.h"
 #include "basket/window_ids.h"
 
@@ -70,9 +71,9 @@ void WindowEditor::UnregisterWindowClass(HINSTANCE module) noexcept {
     UnregisterClassW(kPictureBoxClass, module);
 }
 
-WindowEditor::WindowEditor(const Settings& settings, IFormGate& gate,
+WindowEditor::WindowEditor(const Settings& settings, BasketWindowImpl& window,
                            std::function<EditedCell()> cell)
-    : parent_(settings.parent), scale_(settings.scale), gate_(gate), cell_(std::move(cell)) {
+    : parent_(settings.parent), scale_(settings.scale), window_(window), cell_(std::move(cell)) {
     const auto self = reinterpret_cast<LONG_PTR>(this);
     background_ = CreateChild(parent_, settings.module, kPictureBoxClass, child_id::kIPBackground,
                               WS_CLIPCHILDREN);
@@ -262,7 +263,7 @@ void WindowEditor::TakeCharacter(wchar_t character) {
 }
 
 void WindowEditor::OnTextChanged() {
-    gate_.Forward([](TestLibForm& form) { form.IPText_Change(); });
+    window_.Forward([](TestLibForm& form) { form.IPText_Change(); });
 }
 
 void WindowEditor::OnEditKey(EditKey key, HWND focus) noexcept {
@@ -383,7 +384,7 @@ void WindowEditor::Tick() noexcept {
 void WindowEditor::OnSetFocusTimer() noexcept {
     tick_posted_ = false;
     if (!timer_enabled_) return;
-    gate_.Forward([](TestLibForm& form) { form.SetFocusTimer_Timer(); });
+    window_.Forward([](TestLibForm& form) { form.SetFocusTimer_Timer(); });
     if (timer_enabled_ && !gone_) Tick();
 }
 

@@ -11,10 +11,11 @@
 #include <string>
 
 #include "basket/basket_view.h"
-#include "basket/form_gate_win.h"
 #include "basket/window_handles_win.h"
 
 namespace demovex {
+
+class BasketWindowImpl;
 
 // What the text box needs to know of the cell that it lies on.
 struct EditedCell {
@@ -31,9 +32,10 @@ class WindowEditor final : public IEditorView {
         HFONT font = nullptr;  // outlives the editor
     };
 
-    // Creates the controls, hidden. `gate` outlives this object; `cell` tells of the grid's
-    // current cell. Raises 7.
-    WindowEditor(const Settings& settings, IFormGate& gate, std::function<EditedCell()> cell);
+    // Creates the controls, hidden. What happens to them is forwarded to the form by
+    // `window`, which outlives this object; `cell` tells of the grid's current cell. Raises 7.
+    WindowEditor(const Settings& settings, BasketWindowImpl& window,
+                 std::function<EditedCell()> cell);
     ~WindowEditor() override;
     WindowEditor(const WindowEditor&) = delete;
     WindowEditor& operator=(const WindowEditor&) = delete;
@@ -121,7 +123,7 @@ class WindowEditor final : public IEditorView {
     HWND parent_;
     HWND grid_ = nullptr;
     Scale scale_;
-    IFormGate& gate_;
+    BasketWindowImpl& window_;
     std::function<EditedCell()> cell_;
     HWND background_ = nullptr;
     HWND text_[2] = {nullptr, nullptr};  // left- and right-aligned

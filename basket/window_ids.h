@@ -23,4 +23,18 @@ inline constexpr int kNote = 1009;           // DemoVexClient.Note, over the sta
 inline constexpr int kFirstButton = 2001;    // toolbar buttons by position in ToolbarTable()
 }  // namespace child_id
 
+// Messages that the basket window posts to itself.
+namespace window_message {
+inline constexpr unsigned kSetFocusTimer = 0x8000 + 1;  // WM_APP + 1: a tick of SetFocusTimer
+inline constexpr unsigned kEditKey = 0x8000 + 2;        // wParam: EditKey
+// A key message that was kept from the host's loop, by its distance from the first of them (see
+// window_keys_win.h).
+inline constexpr unsigned kKey = 0x8000 + 0x100;
+}  // namespace window_message
+
+// Timers of the basket window.
+namespace window_timer {
+inline constexpr unsigned kSetFocusTimer = 1;
+}
+
 }  // namespace demovex

@@ -3,7 +3,6 @@
 #include <string_view>
 
 #include "basket/basket_keys.h"
-#include "basket/form_gate_win.h"
 #include "basket/window_ids.h"
 
 // Where this module lies. The name is the linker's own.

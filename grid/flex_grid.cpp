@@ -177,11 +177,17 @@ void FlexGrid::Select(std::int32_t row, std::int32_t col, std::int32_t row_sel,
     Apply({row, col, row_sel, col_sel}, TopRow(), LeftCol());
 }
 
+GridRange FlexGrid::Selection() const {
+    const auto [first_row, last_row] = std::minmax({cursor_.row, cursor_.row_sel});
+    const auto [first_col, last_col] = std::minmax({cursor_.col, cursor_.col_sel});
+    return {first_row, last_row, first_col, last_col};
+}
+
 bool FlexGrid::Selected(std::int32_t row, std::int32_t col) const {
     if (row < kFixedRows || col < kFixedCols) return false;
-    const auto [row1, row2] = std::minmax({cursor_.row, cursor_.row_sel});
-    const auto [col1, col2] = std::minmax({cursor_.col, cursor_.col_sel});
-    return row >= row1 && row <= row2 && col >= col1 && col <= col2;
+    const GridRange selection = Selection();
+    return row >= selection.first_row && row <= selection.last_row && col >= selection.first_col &&
+           col <= selection.last_col;
 }
 
 void FlexGrid::Apply(const Cursor& cursor, std::int32_t top, std::int32_t left) {

@@ -75,6 +75,15 @@ class IFlexGridEvents {
     virtual void Scroll() = 0;        // TopRow or LeftCol has changed
 };
 
+// Rows and columns from the first to the last, both included.
+struct GridRange {
+    std::int32_t first_row = 0;
+    std::int32_t last_row = 0;
+    std::int32_t first_col = 0;
+    std::int32_t last_col = 0;
+    std::int32_t Rows() const { return last_row - first_row + 1; }
+};
+
 // What a control must do after a change. Called before the grid's events; the first three never
 // while Redraw is off. Must not call the grid's setters.
 class IFlexGridDisplay {
@@ -162,6 +171,7 @@ class FlexGrid final {
     // Make (row, Col) or (Row, col) current and collapse the selection onto it.
     void SetRow(std::int32_t row);
     void SetCol(std::int32_t col);
+    GridRange Selection() const;
     // Extend the selection only.
     void SetRowSel(std::int32_t row);
     void SetColSel(std::int32_t col);

@@ -2,7 +2,7 @@
 // events of a real grid.
 #include <gtest/gtest.h>
 
-#include "basket/basket_rooms.h"
+#include "basket/basket_state.h"
 #include "tests/support/basket_fixture.h"
 
 namespace demovex {

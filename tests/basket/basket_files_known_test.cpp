@@ -16,11 +16,11 @@ class KnownFile : public testing::Test, protected FilesFixture {
   protected:
     // A basket that was saved as "a.bsk" and has changed since.
     void SaveAndChange() {
-        rows.AddArtikel(L"4711", L"K", L"U", 2);
+        Add(L"4711", L"K", L"U", 2);
         dialogs.Choose(path);
         basket.mnuDateiSpeichern_Click();
         ASSERT_EQ(messages.shown.size(), 0u);
-        rows.AddArtikel(L"4712", L"", L"", 1);
+        Add(L"4712", L"", L"", 1);
         state.Modified = true;
     }
     // Saves and answers the question, if it comes; tells whether it came.
@@ -181,7 +181,7 @@ TEST_F(KnownFile, ARelativePathStandsForTheFolderThatWasCurrentThen) {
     const InFolder there(elsewhere.path());
     EXPECT_EQ(ToNativePath(state.CurrentPath), ToNativePath(path));
     EXPECT_EQ(recent.Tag(1), state.CurrentPath);
-    rows.AddArtikel(L"4712", L"", L"", 1);
+    Add(L"4712", L"", L"", 1);
     EXPECT_FALSE(Asks(MessageAnswer::kNo));
     EXPECT_TRUE(Saved());
     EXPECT_EQ(elsewhere.Count(), 0);
@@ -190,7 +190,7 @@ TEST_F(KnownFile, ARelativePathStandsForTheFolderThatWasCurrentThen) {
 }
 
 TEST_F(KnownFile, AChosenPathIsMadeAbsoluteToo) {
-    rows.AddArtikel(L"4712", L"", L"", 1);
+    Add(L"4712", L"", L"", 1);
     const InFolder here(folder.path());
     dialogs.Choose(L"a.bsk");
     basket.mnuDateiSpeichern_Click();
@@ -235,7 +235,7 @@ TEST_F(KnownFile, SettingsThatRefuseStopNeitherLoadNorSaveNorSending) {
     PutBasket(L"a.bsk", "4711\t\t3\r\n");
     EXPECT_EQ(LoadError(path), L"");
     EXPECT_EQ(Quantities(), (Texts{L"3", L""}));
-    rows.AddArtikel(L"4712", L"", L"", 1);
+    Add(L"4712", L"", L"", 1);
     EXPECT_FALSE(Asks(MessageAnswer::kNo));
     EXPECT_TRUE(Saved());
     dialogs.Choose(folder / L"b.bsk");
@@ -279,7 +279,7 @@ TEST_F(KnownFile, EscapeEndsALoadHalfWay) {
 }
 
 TEST_F(KnownFile, ASaveIsNotEndedByEscape) {
-    for (int i = 0; i < 600; ++i) rows.AddArtikel(i % 2 == 0 ? L"4711" : L"4712", L"", L"", 1);
+    for (int i = 0; i < 600; ++i) Add(i % 2 == 0 ? L"4711" : L"4712", L"", L"", 1);
     view.cancel_after = 0;
     dialogs.Choose(path);
     basket.mnuDateiSpeichern_Click();

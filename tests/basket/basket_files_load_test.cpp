@@ -218,10 +218,9 @@ TEST_F(LoadTest, TheMessageComesWhenTheLoadIsOver) {
     } watching(state, grid);
     Services own{text,  files, settings, clipboard, watching,
                  sound, shell, printer,  dialogs,   services.component_folder};
-    BasketContext own_context{grid, view, own, state};
-    BasketRows own_rows(own_context, editor, articles);
+    BasketContext own_context{grid, rows, view, own, state};
     RecentFiles own_recent(own_context);
-    BasketFiles(own_context, own_rows, own_recent).Load(PutBasket(L"a.bsk", "9\r\n"));
+    BasketFiles(own_context, editor, own_recent).Load(PutBasket(L"a.bsk", "9\r\n"));
     EXPECT_TRUE(watching.idle);
 }
 
@@ -384,9 +383,9 @@ TEST_F(LoadTest, WhateverEndsALoadTheWindowGoesOn) {
     } exhausted;
     Services own{text,  disk,  settings, clipboard, messages,
                  sound, shell, printer,  dialogs,   services.component_folder};
-    BasketContext own_context{grid, view, own, state};
-    BasketRows own_rows(own_context, editor, exhausted);
-    BasketFiles own_basket(own_context, own_rows, recent);
+    OrderTable own_rows(grid, text, exhausted);
+    BasketContext own_context{grid, own_rows, view, own, state};
+    BasketFiles own_basket(own_context, editor, recent);
     state.Modified = true;
     std::wstring raised;
     try {

@@ -17,7 +17,7 @@ class BasketFilesTest : public testing::Test, protected FilesFixture {
   protected:
     // One article row as in a basket that was ordered from, and whether it counts as changed.
     void FillBasket() {
-        rows.AddArtikel(L"4711", L"K", L"U", 2);
+        Add(L"4711", L"K", L"U", 2);
         state.Modified = true;
     }
     std::int32_t SaveError() {
@@ -34,7 +34,7 @@ class BasketFilesTest : public testing::Test, protected FilesFixture {
 
 TEST_F(BasketFilesTest, ASavedBasketHasAHeaderAndALineForEachRowWithoutTrailingEmptyFields) {
     FillBasket();
-    rows.AddArtikel(L"", L"", L"", 1);
+    Add(L"", L"", L"", 1);
     state.CurrentPath = folder / L"a.bsk";
     basket.mnuDateiSpeichern_Click();
     EXPECT_EQ(folder.Get(L"a.bsk"),
@@ -47,9 +47,9 @@ TEST_F(BasketFilesTest, ASavedBasketHasAHeaderAndALineForEachRowWithoutTrailingE
 }
 
 TEST_F(BasketFilesTest, EmptyFieldsBeforeAFilledOneAreKept) {
-    rows.AddArtikel(L"", L"", L"", 1);
+    Add(L"", L"", L"", 1);
     rows.SetCell(1, column::kBezeichnung, L"Grüße €");
-    rows.AddArtikel(L"", L"", L"", 1);
+    Add(L"", L"", L"", 1);
     rows.SetCell(2, column::kKatalogUrl, L"U");
     state.CurrentPath = folder / L"a.bsk";
     basket.mnuDateiSpeichern_Click();
@@ -65,7 +65,7 @@ TEST_F(BasketFilesTest, AnEmptyBasketIsSavedAsTheHeaderAlone) {
 }
 
 TEST_F(BasketFilesTest, TabsAndLineBreaksInATextForgeNoFieldsOrLines) {
-    rows.AddArtikel(L"", L"", L"", 1);
+    Add(L"", L"", L"", 1);
     rows.SetCell(1, column::kBezeichnung, L"a\tb\r\nc");
     state.CurrentPath = folder / L"a.bsk";
     basket.mnuDateiSpeichern_Click();
@@ -74,9 +74,9 @@ TEST_F(BasketFilesTest, TabsAndLineBreaksInATextForgeNoFieldsOrLines) {
 
 TEST_F(BasketFilesTest, WhatWasSavedLoadsAsTheSameBasketAndSavesAsTheSameBytes) {
     FillBasket();
-    rows.AddArtikel(L"", L"", L"", 1);
+    Add(L"", L"", L"", 1);
     rows.SetCell(2, column::kBezeichnung, L"frei");
-    rows.AddArtikel(L"4713", L"K2", L"", 12);
+    Add(L"4713", L"K2", L"", 12);
     state.CurrentPath = folder / L"a.bsk";
     basket.mnuDateiSpeichern_Click();
     const std::string bytes = folder.Get(L"a.bsk");
@@ -92,7 +92,7 @@ TEST_F(BasketFilesTest, TheCellBeingEditedIsSavedToo) {
     state.CurrentPath = folder / L"a.bsk";
     editor.typed = [&] {
         rows.SetCell(1, column::kMenge, L"9");
-        rows.RecalculateTotals(1);
+        rows.Recalculate(1);
     };
     basket.mnuDateiSpeichern_Click();
     EXPECT_NE(folder.Get(L"a.bsk").find("\t9\t100,00\t"), std::string::npos);
@@ -176,7 +176,7 @@ TEST_F(BasketFilesTest, ATargetInUseForAMomentIsWaitedFor) {
 }
 
 TEST_F(BasketFilesTest, CharactersBeyondTheCodePageAreSavedAsQuestionMarksAndSaidInTheStatusBar) {
-    rows.AddArtikel(L"", L"", L"", 1);
+    Add(L"", L"", L"", 1);
     rows.SetCell(1, column::kBezeichnung, L"\u0416a\u0416");
     state.CurrentPath = folder / L"a.bsk";
     view.status = L"";
@@ -192,7 +192,7 @@ TEST_F(BasketFilesTest, CharactersBeyondTheCodePageAreSavedAsQuestionMarksAndSai
 }
 
 TEST_F(BasketFilesTest, ALongSaveTellsItsProgressAndEndsIt) {
-    for (int i = 0; i < 2000; ++i) rows.AddArtikel(i % 2 == 0 ? L"4711" : L"4712", L"", L"", 1);
+    for (int i = 0; i < 2000; ++i) Add(i % 2 == 0 ? L"4711" : L"4712", L"", L"", 1);
     state.CurrentPath = folder / L"a.bsk";
     basket.mnuDateiSpeichern_Click();
     EXPECT_EQ(view.progress_depth, 0);
@@ -228,8 +228,8 @@ TEST_F(BasketFilesTest, ASaveThatFailsAnywhereLosesNeitherFileNorBasket) {
                     faulty.FailAt(n, number, times);
                     Services own{text,  faulty, settings, clipboard, messages,
                                  sound, shell,  printer,  dialogs,   services.component_folder};
-                    BasketContext own_context{grid, view, own, state};
-                    BasketFiles own_basket(own_context, rows, recent, &clock);
+                    BasketContext own_context{grid, rows, view, own, state};
+                    BasketFiles own_basket(own_context, editor, recent, &clock);
                     if (had_old) folder.Put(L"a.bsk", "old");
                     state.Modified = true;
                     std::wstring raised;
@@ -459,7 +459,7 @@ TEST_F(BasketFilesTest, NewTakesTheRowsAwayWhileNothingIsPainted) {
         FlexGrid& grid;
         std::vector<std::pair<std::int32_t, bool>> painted;
     } watching(grid);
-    rows.AddArtikel(L"4713", L"", L"", 1);
+    Add(L"4713", L"", L"", 1);
     state.Modified = false;
     grid.SetRow(2);
     grid.SetCol(column::kArtNr);
@@ -491,7 +491,7 @@ TEST_F(BasketFilesTest, ANewBasketAddsUpFromZero) {
     FillBasket();
     state.Modified = false;
     basket.mnuDateiNeu_Click();
-    rows.AddArtikel(L"4712", L"", L"", 1);
+    Add(L"4712", L"", L"", 1);
     EXPECT_EQ(Cell(2, column::kGesamtAts), L"25,50");
 }
 
@@ -590,7 +590,7 @@ TEST_F(BasketFilesTest, AfterARecentFileThatFailedHalfWayTheGridIsPainted) {
 
 TEST_F(BasketFilesTest, AnAbandonedRecentFileIsNotLoaded) {
     recent.AddRecentFile(PutBasket(L"a.bsk", "4711\t\t3\r\n"));
-    rows.AddArtikel(L"4712", L"", L"", 1);
+    Add(L"4712", L"", L"", 1);
     messages.answers = {MessageAnswer::kCancel};
     basket.mnuDateiLRU_Click(1);
     EXPECT_EQ(ArticleNumbers(), (Texts{L"4712", L""}));

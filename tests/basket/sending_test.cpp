@@ -15,9 +15,9 @@ class SendingTest : public testing::Test, protected FilesFixture {
     // Rows 1 to 5 are articles, row 6 is an empty one.
     SendingTest() {
         for (const wchar_t* nr : {L"4711", L"4712", L"4713", L"4711", L"4712"}) {
-            rows.AddArtikel(nr, L"K", L"U", 1);
+            Add(nr, L"K", L"U", 1);
         }
-        rows.AddArtikel(L"", L"", L"", 1);
+        Add(L"", L"", L"", 1);
         state.Modified = false;
         Select(1, 1);
     }
@@ -159,8 +159,8 @@ TEST_F(SendingTest, TheEndOfMemoryIsReportedLikeAnyFailure) {
     } exhausted(disk);
     Services own{text,  exhausted, settings, clipboard, messages,
                  sound, shell,     printer,  dialogs,   services.component_folder};
-    BasketContext own_context{grid, view, own, state};
-    Sending(own_context, rows, recent).AppendSelection(folder / L"a.bsk");
+    BasketContext own_context{grid, rows, view, own, state};
+    Sending(own_context, editor, recent).AppendSelection(folder / L"a.bsk");
     ASSERT_EQ(messages.shown.size(), 1u);
     EXPECT_EQ(LastMessage().text,
               L"Kann Bestelldaten nicht an '" + (folder / L"a.bsk") + L"' senden: Out of memory");
@@ -206,9 +206,9 @@ TEST_F(SendingTest, AppendingThatFailsAnywhereLeavesWholeLines) {
             faulty.FailAt(n, number);
             Services own{text,  faulty, settings, clipboard, messages,
                          sound, shell,  printer,  dialogs,   services.component_folder};
-            BasketContext own_context{grid, view, own, state};
+            BasketContext own_context{grid, rows, view, own, state};
             Select(1, 3);
-            Sending(own_context, rows, recent).AppendSelection(folder / L"a.bsk");
+            Sending(own_context, editor, recent).AppendSelection(folder / L"a.bsk");
             if (faulty.count() < n) {
                 EXPECT_TRUE(messages.shown.empty());
                 EXPECT_EQ(folder.Get(L"a.bsk"), "old\r\n" + lines[0] + lines[1] + lines[2]);

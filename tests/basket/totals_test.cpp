@@ -1,10 +1,11 @@
-#include "basket/totals.h"
+#include "basket/order_table.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
 
 #include "basket/columns.h"
+#include "tests/support/fake_articles.h"
 #include "tests/support/fake_text_service.h"
 #include "tests/support/raised.h"
 
@@ -31,7 +32,8 @@ class TotalsTest : public ::testing::Test {
 
     FakeTextService text{FakeLocale::kGermany};
     FlexGrid grid;
-    Totals totals{grid, text};
+    FakeArticles articles;
+    OrderTable totals{grid, text, articles};
 };
 
 TEST_F(TotalsTest, TenThousandTimesTenGroschenIsExactlyAThousand) {
@@ -147,12 +149,12 @@ TEST_F(TotalsTest, AnUnreadableSchillingPriceDoesNotKeepTheEurosFromBeingReckone
 
 TEST_F(TotalsTest, PutOffTotalsAreNotWrittenToARowThatGoes) {
     Fill(3, L"1,00", L"1,00");
-    totals.Defer(true);
+    totals.BeginLoading();
     EXPECT_EQ(Recalculate(), 0);
     totals.SetCell(3, 8, L"");  // what is last then and lacks its amount
     totals.RemoveRows(4, 1);
     EXPECT_FALSE(totals.HasTotalsRow());
-    EXPECT_EQ(RaisedBy([&] { totals.Defer(false); }), 0);
+    EXPECT_EQ(RaisedBy([&] { totals.EndLoading(); }), 0);
     EXPECT_EQ(Ats(), L"");
     totals.RestoreTotalsRow();
     EXPECT_TRUE(totals.HasTotalsRow());

@@ -13,7 +13,7 @@
 #include <string>
 #include <vector>
 
-#include "basket/basket_rooms.h"
+#include "basket/basket_state.h"
 #include "basket/window_handles_win.h"
 #include "tests/support/basket_window_win.h"
 #include "tests/support/window_picture_win.h"

@@ -9,16 +9,17 @@
 
 #include <chrono>
 #include <functional>
-#include <map>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "basket/basket_files.h"
-#include "basket/basket_rows.h"
 #include "basket/columns.h"
+#include "basket/incomplete_note.h"
+#include "basket/order_entry.h"
 #include "basket/recent_files.h"
 #include "basket/sending.h"
+#include "tests/support/fake_articles.h"
 #include "tests/support/fake_basket_view.h"
 #include "tests/support/fake_file_dialogs.h"
 #include "tests/support/fake_printer.h"
@@ -47,20 +48,6 @@ class FakeRetryClock final : public IRetryClock {
     void Wait(std::chrono::milliseconds duration) override {
         now += duration;
         ++waits;
-    }
-};
-
-// An article master in memory.
-class FakeArticles final : public IArticleLookup {
-  public:
-    std::map<std::wstring, std::pair<std::wstring, std::wstring>> articles;
-    bool LookUpArtikelNr(const std::wstring& Nr, std::wstring& Bezeichnung,
-                         std::wstring& Preis) override {
-        const auto found = articles.find(Nr);
-        if (found == articles.end()) return false;
-        Bezeichnung = found->second.first;
-        Preis = found->second.second;
-        return true;
     }
 };
 
@@ -104,19 +91,26 @@ struct FilesFixture {
     FlexGrid grid;
     FakeBasketView view;
     BasketState state;
-    BasketContext context{grid, view, services, state};
-    BasketRows rows{context, editor, articles};
+    OrderTable rows{grid, text, articles};
+    BasketContext context{grid, rows, view, services, state};
+    IncompleteNote note{context};
     RecentFiles recent{context};
-    BasketFiles basket{context, rows, recent, &clock};
-    Sending sending{context, rows, recent};
+    BasketFiles basket{context, editor, recent, &clock};
+    Sending sending{context, editor, recent};
 
     FilesFixture() {
         articles.articles = {{L"4711", {L"Duftwasser", L"100"}},
                              {L"4712", {L"Seife", L"25,5"}},
                              {L"4713", {L"Bürste", L"1000"}}};
-        rows.BuildEmptyGrid();
+        rows.BuildEmpty();
         state.InitPending = false;
         SetBasketCaption(context, kDesignedCaption);
+    }
+
+    // What a link does.
+    void Add(const std::wstring& nr, const std::wstring& katalog, const std::wstring& url,
+             std::int32_t menge) {
+        AddArtikel(context, editor, nr, katalog, url, menge);
     }
 
     std::wstring Cell(std::int32_t row, std::int32_t col) const {

@@ -1,5 +1,4 @@
-#include "basket/totals.h"
-
+// OrderTable: the sums of the amounts, and the totals that are shown.
 #include <cmath>
 #include <limits>
 #include <string>
@@ -7,6 +6,7 @@
 
 #include "base/error.h"
 #include "basket/columns.h"
+#include "basket/order_table.h"
 
 namespace demovex {
 namespace {
@@ -24,7 +24,7 @@ bool AffectsTotals(std::int32_t col) {
 
 }  // namespace
 
-double Totals::Sum::Value() const {
+double OrderTable::Sum::Value() const {
     const std::int64_t high = billions + rest / kBillion;
     const std::int64_t low = rest % kBillion;
     constexpr std::int64_t kLimit = 9'000'000'000;
@@ -32,11 +32,11 @@ double Totals::Sum::Value() const {
     return static_cast<double>(high) * 1e7 + static_cast<double>(low) / 100.0;
 }
 
-bool Totals::Counts(std::int32_t row) const {
-    return row >= 1 && row <= grid_.Rows() - 2 && !grid_.TextMatrix(row, column::kArtNr).empty();
+bool OrderTable::Counts(std::int32_t row) const {
+    return row >= 1 && row <= LastRow() && IsArticleRow(row);
 }
 
-void Totals::AccountAmount(Sum& sum, std::wstring_view text, int sign) const {
+void OrderTable::AccountAmount(Sum& sum, std::wstring_view text, int sign) const {
     // A fresh row's amounts are empty; spare it the exception.
     if (text.empty()) {
         sum.unreadable += sign;
@@ -68,16 +68,16 @@ void Totals::AccountAmount(Sum& sum, std::wstring_view text, int sign) const {
     }
 }
 
-void Totals::Account(std::int32_t row, int sign) {
+void OrderTable::Account(std::int32_t row, int sign) {
     if (!Counts(row)) return;
     for (std::size_t i = 0; i < kAmountColumns.size(); ++i) {
         AccountAmount(sums_[i], grid_.TextMatrix(row, kAmountColumns[i]), sign);
     }
 }
 
-void Totals::SetCell(std::int32_t row, std::int32_t col, std::wstring_view text) {
+void OrderTable::WriteCounted(std::int32_t row, std::int32_t col, std::wstring_view text) {
     if (!AffectsTotals(col)) {
-        grid_.SetTextMatrix(row, col, text);
+        Write(row, col, text);
         return;
     }
     if (grid_.TextMatrix(row, col) == text) return;
@@ -89,7 +89,7 @@ void Totals::SetCell(std::int32_t row, std::int32_t col, std::wstring_view text)
     };
     account(-1);
     try {
-        grid_.SetTextMatrix(row, col, text);
+        Write(row, col, text);
     } catch (...) {
         account(+1);
         throw;
@@ -97,14 +97,7 @@ void Totals::SetCell(std::int32_t row, std::int32_t col, std::wstring_view text)
     account(+1);
 }
 
-void Totals::InsertRows(std::int32_t index, std::int32_t count) {
-    if (index < 1 || index > grid_.Rows() - 1) {
-        RaiseRuntimeError(runtime_error::kSubscriptOutOfRange);
-    }
-    grid_.AddItem(index, count);
-}
-
-void Totals::RemoveRows(std::int32_t first, std::int32_t count) {
+void OrderTable::RemoveRows(std::int32_t first, std::int32_t count) {
     if (count < 1) return;
     const std::int32_t end = first + count;
     const auto account = [&](int sign) {
@@ -115,43 +108,44 @@ void Totals::RemoveRows(std::int32_t first, std::int32_t count) {
     const bool last = end == grid_.Rows();
     account(-1);
     try {
-        grid_.RemoveItem(first, count);
+        DropRows(first, count);
     } catch (...) {
         account(+1);
         throw;
     }
-    if (!last) return;
-    has_totals_row_ = false;
-    pending_ = false;  // those were the totals of the row that has gone
+    if (last) {
+        has_totals_row_ = false;
+        pending_ = false;  // those were the totals of the row that has gone
+    }
+    if (!loading_) Renumber(first);
 }
 
-void Totals::RestoreTotalsRow() {
-    if (has_totals_row_) return;
+void OrderTable::RestoreTotalsRow() {
+    if (loading_ || has_totals_row_) return;
     const std::int32_t row = grid_.Rows();
-    grid_.AddItem(row);
+    AddRows(row, 1);
     Account(row - 1, +1);
     has_totals_row_ = true;
-}
-
-void Totals::MoveRows(std::int32_t first, std::int32_t count, std::int32_t to) {
-    const std::int32_t limit = grid_.Rows() - 1;
-    if (first < 1 || to < 1 || count < 0 || first + count > limit || to + count > limit) {
-        RaiseRuntimeError(runtime_error::kSubscriptOutOfRange);
+    MarkTotalsRow();
+    Renumber(1);
+    try {
+        // the row above stood in the totals' place and may show their amounts
+        Recalculate(row - 1);
+    } catch (const Error&) {  // whoever recalculates next meets it again
     }
-    grid_.MoveRows(first, count, to);
 }
 
-void Totals::SetLineTotal(std::int32_t row, double menge, std::int32_t price_column,
-                          std::int32_t total_column) {
+void OrderTable::SetLineTotal(std::int32_t row, double menge, std::int32_t price_column,
+                              std::int32_t total_column) {
     const double product = menge * text_.ToNumber(grid_.TextMatrix(row, price_column));
     if (!std::isfinite(product)) RaiseRuntimeError(runtime_error::kOverflow);
     text_.WriteAmount(product, amount_);
-    SetCell(row, total_column, amount_);
+    WriteCounted(row, total_column, amount_);
 }
 
-double Totals::Walk(std::int32_t col) const {
+double OrderTable::Walk(std::int32_t col) const {
     double sum = 0;
-    for (std::int32_t row = 1; row <= grid_.Rows() - 2; ++row) {
+    for (std::int32_t row = 1; row <= LastRow(); ++row) {
         if (!Counts(row)) continue;
         const std::wstring_view amount = grid_.TextMatrix(row, col);
         if (amount.empty()) continue;
@@ -165,7 +159,26 @@ double Totals::Walk(std::int32_t col) const {
     return sum;
 }
 
-void Totals::Recalculate(std::int32_t row) {
+void OrderTable::Recalculate(std::int32_t row) {
+    try {
+        RecalculateRow(row);
+    } catch (const IncompleteLine& line) {
+        if (listener_.recalculated) listener_.recalculated(&line);
+        throw;
+    }
+    if (listener_.recalculated) listener_.recalculated(nullptr);
+}
+
+bool OrderTable::TryRecalculate(std::int32_t row) {
+    try {
+        Recalculate(row);
+    } catch (const IncompleteLine&) {
+        return false;
+    }
+    return true;
+}
+
+void OrderTable::RecalculateRow(std::int32_t row) {
     // Everything that can be written is written before the first error is raised.
     std::int32_t own_error = 0;
     const auto attempt = [&own_error](auto&& step) {
@@ -179,7 +192,7 @@ void Totals::Recalculate(std::int32_t row) {
             if (own_error == 0) own_error = number;
         }
     };
-    if (!grid_.TextMatrix(row, column::kArtNr).empty()) {
+    if (IsArticleRow(row)) {
         attempt([&] {
             const double menge = text_.ToNumber(grid_.TextMatrix(row, column::kMenge));
             attempt([&] { SetLineTotal(row, menge, column::kPreisAts, column::kGesamtAts); });
@@ -187,7 +200,7 @@ void Totals::Recalculate(std::int32_t row) {
         });
     }
     bool written = true;
-    if (deferred_ && Exact()) {
+    if (loading_ && Exact()) {
         pending_ = true;
     } else {
         written = WriteTotalsRow();
@@ -199,12 +212,21 @@ void Totals::Recalculate(std::int32_t row) {
     if (Unreadable() != 0) throw IncompleteLine(0);
 }
 
-void Totals::Defer(bool deferred) {
-    deferred_ = deferred;
-    if (!deferred && pending_) WriteTotalsRow();
+void OrderTable::BeginLoading() {
+    loading_ = true;
+    articles_.BeginSeries();
 }
 
-bool Totals::WriteTotalsRow() {
+void OrderTable::EndLoading() noexcept {
+    articles_.EndSeries();
+    loading_ = false;
+    try {
+        if (pending_) WriteTotalsRow();
+    } catch (...) {  // the totals row keeps what it shows; the load has its own error to tell
+    }
+}
+
+bool OrderTable::WriteTotalsRow() {
     pending_ = false;
     bool written = true;
     for (std::size_t i = 0; i < kAmountColumns.size(); ++i) {
@@ -220,12 +242,12 @@ bool Totals::WriteTotalsRow() {
         } else {
             text_.WriteAmount(value, amount_);
         }
-        SetCell(grid_.Rows() - 1, kAmountColumns[i], amount_);
+        WriteCounted(TotalsRow(), kAmountColumns[i], amount_);
     }
     return written;
 }
 
-bool Totals::Reads(std::int32_t row) const {
+bool OrderTable::Reads(std::int32_t row) const {
     for (const std::int32_t col : kAmountColumns) {
         Sum sum;
         AccountAmount(sum, grid_.TextMatrix(row, col), +1);
@@ -234,7 +256,7 @@ bool Totals::Reads(std::int32_t row) const {
     return true;
 }
 
-void Totals::Reformat(const std::function<void()>& change) {
+void OrderTable::Reformat(const std::function<void()>& change) {
     static constexpr std::array<std::int32_t, 5> kTexts = {column::kMenge, column::kPreisAts,
                                                            column::kPreisEuro, column::kGesamtAts,
                                                            column::kGesamtEuro};
@@ -274,7 +296,7 @@ void Totals::Reformat(const std::function<void()>& change) {
                 } else {
                     continue;  // a quantity stays as it was typed
                 }
-                grid_.SetTextMatrix(row, col, amount_);
+                Write(row, col, amount_);
             }
         }
     } catch (...) {
@@ -285,9 +307,9 @@ void Totals::Reformat(const std::function<void()>& change) {
     if (has_totals_row_) WriteTotalsRow();
 }
 
-void Totals::Recount() {
+void OrderTable::Recount() {
     sums_ = {};
-    for (std::int32_t row = 1; row <= grid_.Rows() - 2; ++row) Account(row, +1);
+    for (std::int32_t row = 1; row <= LastRow(); ++row) Account(row, +1);
 }
 
 }  // namespace demovex
