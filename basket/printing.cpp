@@ -9,7 +9,7 @@
 #include "base/checked.h"
 #include "base/error.h"
 #include "base/round.h"
-#include "basket/columns.h"
+#include "basket/rows/columns.h"
 
 namespace demovex {
 namespace {

@@ -18,7 +18,7 @@
 #include <string_view>
 #include <vector>
 
-#include "basket/basket_state.h"
+#include "basket/state.h"
 #include "grid/flex_grid.h"
 #include "platform/message_box.h"
 #include "platform/printer.h"

@@ -1,6 +1,6 @@
 // TestLibForm, the basket window's deciding half: it owns the rooms (rows and totals, cell editor,
 // row commands, files, sending, printing, view) and hands each event to one of them. The window
-// (basket_window_win) forwards what happens to it and shows what IBasketView is told.
+// (window/) forwards what happens to it and shows what IBasketView is told.
 //
 // Every operation may raise an Error; the caller at the edge converts it.
 #pragma once
@@ -11,11 +11,11 @@
 #include <string>
 #include <string_view>
 
-#include "basket/basket_keys.h"
-#include "basket/basket_state.h"
-#include "basket/basket_view.h"
-#include "basket/commands.h"
+#include "basket/commands/commands.h"
+#include "basket/commands/keys.h"
 #include "basket/services.h"
+#include "basket/state.h"
+#include "basket/view.h"
 #include "containers/ims_container.h"
 #include "grid/flex_grid.h"
 

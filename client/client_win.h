@@ -18,7 +18,7 @@
 #include <memory>
 #include <string>
 
-#include "basket/basket_view.h"
+#include "basket/view.h"
 #include "client/com_ptr_win.h"
 #include "client/module_win.h"
 #include "client/plug_in.h"

@@ -1,21 +1,27 @@
-# add_floor(NAME LOWER...): the library NAME from NAME/*.cpp (portable) and, on Windows, NAME_win
-# from NAME/*_win.cpp. A floor's portable library sees only lower portable libraries; its _win
-# library sees its own portable one and the lower _win ones.
+# add_floor(NAME LOWER... [ROOMS FOLDER...]): the library NAME from NAME/*.cpp (portable) and, on
+# Windows, NAME_win from NAME/*_win.cpp; the same from the floor's rooms, folders inside it. A
+# floor's portable library sees only lower portable libraries; its _win library sees its own portable
+# one and the lower _win ones.
 function(add_floor name)
-  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/${name}/*.cpp)
+  cmake_parse_arguments(PARSE_ARGV 1 floor "" "" "ROOMS")
+  set(patterns ${CMAKE_SOURCE_DIR}/${name}/*.cpp)
+  foreach(room ${floor_ROOMS})
+    list(APPEND patterns ${CMAKE_SOURCE_DIR}/${name}/${room}/*.cpp)
+  endforeach()
+  file(GLOB sources CONFIGURE_DEPENDS ${patterns})
   set(win_sources ${sources})
   list(FILTER win_sources INCLUDE REGEX "_win\\.cpp$")
   list(FILTER sources EXCLUDE REGEX "_win\\.cpp$")
   if(sources)
     add_library(${name} STATIC ${sources})
-    target_link_libraries(${name} PUBLIC demovex_options ${ARGN})
+    target_link_libraries(${name} PUBLIC demovex_options ${floor_UNPARSED_ARGUMENTS})
   else()
     add_library(${name} INTERFACE)
-    target_link_libraries(${name} INTERFACE demovex_options ${ARGN})
+    target_link_libraries(${name} INTERFACE demovex_options ${floor_UNPARSED_ARGUMENTS})
   endif()
   if(WIN32)
     set(lower_win)
-    foreach(lower ${ARGN})
+    foreach(lower ${floor_UNPARSED_ARGUMENTS})
       list(APPEND lower_win ${lower}_win)
     endforeach()
     if(win_sources)

@@ -2,6 +2,8 @@
 """Checks the rules of the house that a compiler does not see.
 
   * a floor includes only itself and the floors below it;
+  * the basket's rows include no other room of it, and only the window's own room and whoever stands
+    at the floor's door includes the window;
   * a file without _win in its name includes neither a _win header nor a header of the system;
   * production code does not include tests;
   * the host includes nothing of the component but the published interface header;
@@ -30,6 +32,9 @@ FLOORS = {
     "host": [],
     "tools": ["base", "containers", "platform", "catalog"],
 }
+# Rooms inside a floor that may include nothing else of it, and those that only themselves may.
+LOWEST_ROOMS = {"basket/rows"}
+HIGHEST_ROOMS = {"basket/window"}
 OURS = set(FLOORS) | {"tests", "benches"}
 
 # The standard library's headers that portable code may name; anything else in angle brackets is
@@ -58,6 +63,11 @@ def sources():
                 yield (relative / name).as_posix()
 
 
+def room_of(name):
+    """The folder that a file lies in, as "floor" or "floor/room"."""
+    return "/".join(pathlib.PurePosixPath(name).parts[:-1])
+
+
 def check(name):
     path = pathlib.PurePosixPath(name)
     floor = path.parts[0]
@@ -75,6 +85,9 @@ def check(name):
                 yield f"{where}: production code includes {target}"
             elif top != floor and top not in FLOORS[floor]:
                 yield f"{where}: {floor} must not include {target}"
+            room, other = room_of(name), room_of(target)
+            if top == floor and room != other and (room in LOWEST_ROOMS or other in HIGHEST_ROOMS):
+                yield f"{where}: {room} must not include {target}"
             if not is_win and pathlib.PurePosixPath(target).stem.endswith("_win"):
                 yield f"{where}: a portable file includes {target}"
         elif not quoted and production:

@@ -7,7 +7,7 @@
 #include <oleacc.h>
 // clang-format on
 
-#include "basket/commands.h"
+#include "basket/commands/commands.h"
 #include "benches/bench.h"
 #include "benches/client/bench_host_win.h"
 

@@ -13,7 +13,7 @@
 #include <string>
 #include <vector>
 
-#include "basket/columns.h"
+#include "basket/rows/columns.h"
 #include "basket/test_lib_form.h"
 #include "benches/bench.h"
 #include "benches/files/totals_table.h"

@@ -13,8 +13,8 @@
 #include <utility>
 #include <vector>
 
-#include "basket/columns.h"
 #include "basket/printing.h"
+#include "basket/rows/columns.h"
 #include "benches/bench.h"
 #include "platform/printer_win.h"
 #include "tests/support/print_queue_win.h"

@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "benches/bench.h"
-#include "tests/support/basket_window_win.h"
+#include "tests/support/test_basket_window_win.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 // The exported entry points of DemoVexClient.dll.
 #include <windows.h>
 
-#include "basket/basket_window_win.h"
+#include "basket/window/basket_window_win.h"
 #include "client/class_factory_win.h"
 #include "client/dll/window_port_win.h"
 #include "client/guard_win.h"

@@ -3,7 +3,7 @@
 #include <string>
 #include <utility>
 
-#include "basket/basket_window_win.h"
+#include "basket/window/basket_window_win.h"
 #include "client/module_win.h"
 
 namespace demovex {

@@ -3,7 +3,7 @@
 
 #include <memory>
 
-#include "basket/basket_view.h"
+#include "basket/view.h"
 #include "client/plug_in.h"
 
 namespace demovex {

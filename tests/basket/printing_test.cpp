@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "basket/columns.h"
+#include "basket/rows/columns.h"
 #include "tests/support/fake_printer.h"
 #include "tests/support/grid_dump.h"
 #include "tests/support/grid_event_log.h"

@@ -13,9 +13,9 @@
 #include <string>
 #include <vector>
 
-#include "basket/basket_state.h"
-#include "basket/window_handles_win.h"
-#include "tests/support/basket_window_win.h"
+#include "basket/state.h"
+#include "basket/window/handles_win.h"
+#include "tests/support/test_basket_window_win.h"
 #include "tests/support/window_picture_win.h"
 
 namespace demovex {

@@ -16,8 +16,8 @@
 #include <string>
 #include <utility>
 
-#include "basket/columns.h"
 #include "basket/printing.h"
+#include "basket/rows/columns.h"
 #include "platform/printer_win.h"
 #include "tests/support/print_queue_win.h"
 #include "tests/support/sample_basket.h"

@@ -16,7 +16,7 @@
 #include <string_view>
 #include <vector>
 
-#include "basket/columns.h"
+#include "basket/rows/columns.h"
 #include "basket/test_lib_form.h"
 #include "grid/flex_grid.h"
 #include "tests/support/fake_basket_view.h"

@@ -5,7 +5,7 @@
 #include <string>
 #include <utility>
 
-#include "basket/article_lookup.h"
+#include "basket/rows/article_lookup.h"
 
 namespace demovex {
 

@@ -21,8 +21,8 @@
 #include <utility>
 #include <vector>
 
-#include "basket/basket_view.h"
 #include "basket/test_lib_form.h"
+#include "basket/view.h"
 
 namespace demovex {
 

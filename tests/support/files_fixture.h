@@ -13,12 +13,12 @@
 #include <utility>
 #include <vector>
 
-#include "basket/basket_files.h"
-#include "basket/columns.h"
-#include "basket/incomplete_note.h"
-#include "basket/order_entry.h"
-#include "basket/recent_files.h"
-#include "basket/sending.h"
+#include "basket/document/files.h"
+#include "basket/document/recent_files.h"
+#include "basket/document/sending.h"
+#include "basket/edit/incomplete_note.h"
+#include "basket/edit/order_entry.h"
+#include "basket/rows/columns.h"
 #include "tests/support/fake_articles.h"
 #include "tests/support/fake_basket_view.h"
 #include "tests/support/fake_file_dialogs.h"

@@ -23,9 +23,9 @@
 #include "platform/settings_win.h"
 #include "platform/shell_win.h"
 #include "platform/sound_win.h"
-#include "tests/support/basket_window_win.h"
 #include "tests/support/dialog_user_win.h"
 #include "tests/support/temp_folder.h"
+#include "tests/support/test_basket_window_win.h"
 
 namespace demovex {
 

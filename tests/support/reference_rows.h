@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "base/error.h"
-#include "basket/columns.h"
+#include "basket/rows/columns.h"
 #include "platform/text.h"
 #include "tests/support/raised.h"
 

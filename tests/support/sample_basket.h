@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "base/round.h"
-#include "basket/columns.h"
+#include "basket/rows/columns.h"
 #include "grid/flex_grid.h"
 
 namespace demovex {

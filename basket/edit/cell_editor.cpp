@@ -1,0 +1,395 @@
+#include "basket/edit/cell_editor.h"
+
+#include <algorithm>
+#include <array>
+#include <optional>
+
+#include "base/error.h"
+#include "base/one_line.h"
+#include "basket/edit/cell_view.h"
+#include "basket/edit/editor_keys.h"
+#include "basket/edit/order_entry.h"
+#include "basket/edit/scopes.h"
+#include "basket/rows/columns.h"
+
+namespace demovex {
+namespace {
+
+// The text box inside the cell.
+constexpr Twips kTextLeft = 45;
+constexpr Twips kTextTop = 15;
+
+}  // namespace
+
+CellEditor::CellEditor(BasketContext& context)
+    : context_(context),
+      grid_(context.Liste),
+      view_(context.view.Editor()),
+      state_(context.state),
+      table_(context.table) {}
+
+bool CellEditor::WhollyVisible() const {
+    const std::int32_t row = grid_.Row();
+    const std::int32_t col = grid_.Col();
+    if (col < grid_.LeftCol() || row < grid_.TopRow()) return false;
+    if (col < grid_.Cols() - 1 && grid_.ColPos(col + 1) >= grid_.Width() - kEdgeMargin) {
+        return false;
+    }
+    return row >= table_.TotalsRow() || grid_.RowPos(row + 1) <= grid_.Height() - kEdgeMargin;
+}
+
+bool CellEditor::MayEdit(std::int32_t row, std::int32_t col) const {
+    if (row < 1 || row > table_.LastRow()) return false;
+    const bool article = table_.IsArticleRow(row);
+    return col == column::kArtNr || col == column::kBezeichnung ? !article
+                                                                : col == column::kMenge && article;
+}
+
+bool CellEditor::CurrentMayBeEdited() const {
+    return grid_.Row() == grid_.RowSel() && grid_.Col() == grid_.ColSel() &&
+           MayEdit(grid_.Row(), grid_.Col());
+}
+
+bool CellEditor::Editable() const {
+    return CurrentMayBeEdited() && WhollyVisible();
+}
+
+bool CellEditor::OffersList() const {
+    return offers_ != nullptr && offers_(grid_.Row(), grid_.Col());
+}
+
+void CellEditor::Place() {
+    const TwipsPoint grid = context_.view.GridOrigin();
+    const Twips width = grid_.CellWidth();
+    const Twips height = grid_.CellHeight();
+    const Twips button = OffersList() ? view_.ComboButtonWidth() : 0;
+    view_.MoveBackground({grid.x + grid_.CellLeft(), grid.y + grid_.CellTop(), width, height});
+    view_.MoveText({kTextLeft, kTextTop, width - kTextLeft - button, height - kTextTop});
+    if (button != 0) view_.MoveComboButton({width - button, 0, button, height});
+}
+
+void CellEditor::Open() {
+    grid_.SetFocusRect(FocusRectStyle::kNone);
+    Place();
+    state_.EditRow = grid_.Row();
+    state_.EditCol = grid_.Col();
+    view_.SetMaxLength(state_.EditCol == column::kBezeichnung ? kMaxBezeichnung : 0);
+    state_.LastValidText = grid_.TextMatrix(state_.EditRow, state_.EditCol);
+    view_.SetText(state_.LastValidText);
+    // What the box really holds: it may not have taken every character.
+    state_.LastValidText = view_.Text();
+    view_.ForgetUndo();
+    view_.ShowText();
+    const bool list = OffersList();
+    view_.ShowComboButton(list);
+    if (list) view_.DrawComboButton(false);
+    view_.ShowBackground(true);
+    view_.Select(0, static_cast<std::int32_t>(view_.Text().size()));
+    RememberSelection();
+    view_.EnableSetFocusTimer(true);
+}
+
+void CellEditor::Liste_RowColChange() {
+    if (state_.InitPending || state_.Loading) return;
+    ShowPosition(context_);
+    CommitCellEdit();
+    if (state_.SuppressEditor) return;
+    if (Editable()) Open();
+}
+
+void CellEditor::Liste_Scroll() {
+    CommitCellEdit();
+    Liste_RowColChange();
+}
+
+void CellEditor::OpenIfClosed() {
+    const bool idle = state_.InitPending || state_.Loading || state_.SuppressEditor;
+    if (!idle && !view_.BackgroundVisible() && Editable()) Open();
+}
+
+void CellEditor::OpenHere() {
+    if (view_.BackgroundVisible() || !CurrentMayBeEdited()) return;
+    BringCellIntoView(context_, grid_.Row(), grid_.Col());  // which may open it already
+    OpenIfClosed();
+}
+
+void CellEditor::Liste_KeyDown(int& key, int shift) {
+    const bool plain = shift == 0;
+    switch (key) {
+        case key_code::kTab:
+            if (!plain && shift != shift_state::kShift) return;
+            GoToNextCell(plain ? 1 : -1);
+            break;
+        case key_code::kF2:
+        case key_code::kReturn:
+        case key_code::kDelete:
+            if (!plain) return;
+            if (view_.BackgroundVisible()) {
+                view_.FocusText();
+                view_.TakeKey(key);
+            } else if (key != key_code::kDelete && CurrentMayBeEdited()) {
+                OpenHere();
+            } else {
+                return;
+            }
+            break;
+        default:
+            return;
+    }
+    key = 0;
+}
+
+void CellEditor::Liste_KeyPress(int& character) {
+    const bool typed = character >= L' ' && character != L'\x7F';
+    if (typed) OpenHere();
+    if (!view_.BackgroundVisible() || !(typed || character == L'\b')) return;
+    view_.FocusText();
+    view_.TakeCharacter(static_cast<wchar_t>(character));
+    character = 0;
+}
+
+void CellEditor::Liste_Acted() {
+    if (grid_.Row() != grid_.RowSel() || grid_.Col() != grid_.ColSel()) return;
+    LiftAboveEdge(grid_, grid_.Row());
+    OpenIfClosed();
+}
+
+void CellEditor::CommitCellEdit() {
+    if (!view_.BackgroundVisible()) return;
+    if (view_.ComboListVisible()) IPComboList_LostFocus();
+    view_.EnableSetFocusTimer(false);
+    view_.ShowBackground(false);
+    // From here on the editor is closed, so that whatever happens meanwhile (a message, a nested
+    // change of the current cell) finds nothing to commit.
+    struct FocusRectBack {
+        CellEditor& editor;
+        ~FocusRectBack() {
+            if (editor.view_.BackgroundVisible()) return;  // opened again meanwhile
+            editor.grid_.SetFocusRect(FocusRectStyle::kLight);
+        }
+    } focus_rect_back{*this};
+
+    BeginChange(context_);
+    const std::int32_t row = state_.EditRow;
+    const std::int32_t col = state_.EditCol;
+    const std::wstring typed = OneLine(view_.Text());
+    const std::wstring old(grid_.TextMatrix(row, col));
+    table_.SetCell(row, col, typed);
+    if (col == column::kArtNr && table_.IsArticleRow(row)) {
+        CommitArticleNumber(row, col, typed, old);
+    } else if (col == column::kMenge) {
+        // The current cell may be another one already when a click has moved it.
+        if (row != grid_.Row()) table_.TryRecalculate(row);
+        table_.TryRecalculate(grid_.Row());
+    }
+}
+
+// After an article that could not be completed: the row is what it was.
+void CellEditor::PutBack(std::int32_t row, const std::array<std::wstring, column::kCount>& texts) {
+    for (std::int32_t col = column::kArtNr; col < column::kCount; ++col) {
+        table_.SetCell(row, col, texts[static_cast<std::size_t>(col)]);
+    }
+    try {
+        table_.Recalculate(table_.TotalsRow());
+    } catch (const Error&) {  // the caller has an error to tell already
+    }
+}
+
+void CellEditor::CommitArticleNumber(std::int32_t row, std::int32_t col, const std::wstring& typed,
+                                     const std::wstring& old) {
+    std::array<std::wstring, column::kCount> before;
+    for (std::int32_t c = 0; c < column::kCount; ++c) {
+        before[static_cast<std::size_t>(c)] = grid_.TextMatrix(row, c);
+    }
+    before[static_cast<std::size_t>(col)] = old;
+    bool found = false;
+    try {
+        found = RefreshArtikel(context_, *this, row, 1);
+    } catch (const IncompleteLine&) {
+        found = true;  // what is incomplete is told in the note
+    } catch (...) {
+        PutBack(row, before);
+        throw;
+    }
+    if (found) {
+        CommitCellEdit();
+        Liste_RowColChange();
+        return;
+    }
+    context_.services.messages.Show(L"'" + typed + L"' ist keine gültige Artikelnummer", L"",
+                                    MessageButtons::kOk, MessageIcon::kNone);
+    // While the message stood there, the host may have replaced the basket; only the cell that
+    // still holds the refused number gets its old text back.
+    if (row <= table_.LastRow() && grid_.TextMatrix(row, col) == typed) {
+        table_.SetCell(row, col, old);
+    }
+}
+
+void CellEditor::CloseEditor() {
+    // A number just typed and found opens the editor on the quantity, whose commit opens nothing.
+    for (int round = 0; round < 3 && view_.BackgroundVisible(); ++round) CommitCellEdit();
+}
+
+void CellEditor::NumberFormatChanged(const std::function<void()>& change) {
+    const ITextService& text = context_.services.text;
+    if (!view_.BackgroundVisible() || state_.EditCol != column::kMenge) return change();
+    const auto number = [&](std::wstring_view typed) -> std::optional<double> {
+        try {
+            return text.ToNumber(typed);
+        } catch (const Error&) {
+            return std::nullopt;
+        }
+    };
+    const std::optional<double> old = number(view_.Text());
+    change();
+    if (!old || number(view_.Text()) == old) return;
+    state_.LastValidText = text.FromNumber(*old);
+    view_.SetText(state_.LastValidText);
+    view_.Select(static_cast<std::int32_t>(state_.LastValidText.size()), 0);
+}
+
+void CellEditor::Realign() {
+    if (!view_.BackgroundVisible()) return;
+    if (state_.EditRow == grid_.Row() && state_.EditCol == grid_.Col() && WhollyVisible()) {
+        Place();
+    } else {
+        CommitCellEdit();
+    }
+}
+
+bool CellEditor::TypedInto() const {
+    return view_.BackgroundVisible() &&
+           view_.Text() != grid_.TextMatrix(state_.EditRow, state_.EditCol);
+}
+
+void CellEditor::IPText_KeyDown(int& key_code, int shift) {
+    if (!view_.BackgroundVisible()) return;  // a key that was on its way when the editor closed
+    RememberSelection();
+    const EditorKeyRow* row = FindEditorKey(*this, key_code, shift);
+    if (row == nullptr) return;
+    key_code = 0;
+    row->act(*this);
+}
+
+void CellEditor::IPText_KeyPress(int& key_ascii) {
+    if (key_ascii == key_code::kReturn) key_ascii = 0;
+}
+
+void CellEditor::CommitAndSend(GridKey key) {
+    CloseEditor();
+    context_.view.SendGridKey(key);
+}
+
+void CellEditor::Reopen() {
+    // The same cell opens again, so its window need not go and come; but a refused article number
+    // has a message to show.
+    struct Hold {
+        IEditorView& view;
+        bool held;
+        Hold(IEditorView& of, bool hold) : view(of), held(hold) {
+            if (held) view.HoldBackground(true);
+        }
+        ~Hold() {
+            if (held) view.HoldBackground(false);
+        }
+        Hold(const Hold&) = delete;
+        Hold& operator=(const Hold&) = delete;
+    } hold(view_, state_.EditCol != column::kArtNr);
+    CommitCellEdit();
+    Liste_RowColChange();
+}
+
+void CellEditor::ReturnInDescription() {
+    if (state_.EditRow == table_.TotalsRow()) {
+        AppendEmptyRow(context_, *this);
+    } else {
+        InsertArtikel(context_, *this, state_.EditRow + 1, 1);
+    }
+}
+
+void CellEditor::GoToNextCell(std::int32_t step) {
+    // The commit may leave the cell that was edited for another one of its row.
+    const bool open = view_.BackgroundVisible();
+    std::int32_t row = open ? state_.EditRow : grid_.Row();
+    std::int32_t col = open ? state_.EditCol : grid_.Col();
+    CloseEditor();
+    if (step > 0) {
+        row = std::max(row, 0);
+    } else {
+        row = std::min(row, table_.TotalsRow());
+        col = std::min(col, column::kMenge + 1);
+    }
+    do {
+        col += step;
+        if (col < column::kArtNr || col > column::kMenge) {
+            row += step;
+            col = step > 0 ? column::kArtNr : column::kMenge;
+        }
+        if (row < 1 ? step < 0 : row > table_.LastRow() && step > 0) return OpenHere();
+    } while (!MayEdit(row, col));
+    {
+        const SuppressEditorScope suppress(state_);
+        grid_.SetRow(row);
+        grid_.SetCol(col);
+        BringCellIntoView(context_, row, col);
+    }
+    OpenIfClosed();
+}
+
+void CellEditor::ExtendSelection(std::int32_t step) {
+    SuppressEditorScope suppress(state_);
+    CloseEditor();
+    suppress.Set();
+    grid_.SetRow(state_.EditRow);
+    grid_.SetRowSel(state_.EditRow + step);
+}
+
+void CellEditor::IPText_Change() {
+    // The box may hold less than it is given, and then each attempt to set it right is a change.
+    if (state_.EditCol != column::kMenge || restoring_) return;
+    const std::wstring text = view_.Text();
+    try {
+        context_.services.text.ToNumber(text);
+    } catch (const Error&) {
+        RestoreLastValidText();
+        return;
+    }
+    state_.LastValidText = text;
+    RememberSelection();
+}
+
+void CellEditor::RememberSelection() {
+    before_start_ = view_.SelStart();
+    before_length_ = view_.SelLength();
+}
+
+void CellEditor::RestoreLastValidText() {
+    const std::int32_t start = before_start_;
+    const std::int32_t length = before_length_;
+    {
+        struct Restoring {
+            bool& flag;
+            explicit Restoring(bool& of) : flag(of) { flag = true; }
+            ~Restoring() { flag = false; }
+            Restoring(const Restoring&) = delete;
+            Restoring& operator=(const Restoring&) = delete;
+        } restoring(restoring_);
+        view_.SetText(state_.LastValidText);
+    }
+    // The caret goes back to where it was before the refused change: "1a2" is typed as "12".
+    const auto size = static_cast<std::int32_t>(state_.LastValidText.size());
+    const std::int32_t kept = std::clamp(start, 0, size);
+    view_.Select(kept, std::clamp(length, 0, size - kept));
+}
+
+void CellEditor::SetFocusTimer_Timer() {
+    if (view_.ComboListVisible()) {
+        if (view_.ComboListHasFocus()) return;
+        IPComboList_LostFocus();
+    } else if (view_.BackgroundVisible()) {
+        view_.FocusText();
+    }
+    view_.EnableSetFocusTimer(false);
+}
+
+}  // namespace demovex

@@ -1,0 +1,148 @@
+// The basket window as the deciding code sees it: controls to show, move and read, nothing that
+// decides. Implemented by the real window (window/) and by a fake in the tests.
+//
+// Rectangles are twips in the window's client area unless said otherwise. No operation raises the
+// form's events from within, except SetText of the editor, which raises IPText_Change like the
+// platform's text box does when its text really changed.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "basket/commands/commands.h"
+#include "grid/flex_grid.h"
+#include "grid/geometry.h"
+
+namespace demovex {
+
+// The four controls of the in-place editor: IPBackground, which holds IPText and IPComboButton, and
+// IPComboList.
+class IEditorView {
+  public:
+    virtual ~IEditorView() = default;
+
+    // IPBackground: hiding it hides what it holds.
+    virtual void MoveBackground(const TwipsRect& rect) = 0;
+    virtual void ShowBackground(bool visible) = 0;
+    virtual bool BackgroundVisible() const = 0;
+    // While held, a background that is hidden may stay on the screen until it is let go, so that
+    // one that is shown again meanwhile need not come and go. Nothing that shows a window of its
+    // own or waits for the user may run meanwhile.
+    virtual void HoldBackground(bool /*hold*/) {}
+
+    // IPText. `rect` is relative to IPBackground; selection positions count characters from 0.
+    virtual void MoveText(const TwipsRect& rect) = 0;
+    virtual void ShowText() = 0;
+    virtual std::wstring Text() const = 0;
+    virtual void SetText(std::wstring_view text) = 0;
+    virtual void SetMaxLength(std::int32_t length) = 0;  // 0 is unlimited
+    virtual std::int32_t SelStart() const = 0;
+    virtual std::int32_t SelLength() const = 0;
+    virtual void Select(std::int32_t start, std::int32_t length) = 0;
+    virtual void FocusText() = 0;
+    // What the text box could undo is forgotten.
+    virtual void ForgetUndo() = 0;
+    // Input that reached another control, for the text box to handle as its own: a key, and a
+    // character that the user typed.
+    virtual void TakeKey(int key_code) = 0;
+    virtual void TakeCharacter(wchar_t character) = 0;
+
+    // IPComboButton. `rect` is relative to IPBackground.
+    virtual Twips ComboButtonWidth() const = 0;
+    virtual void MoveComboButton(const TwipsRect& rect) = 0;
+    virtual void ShowComboButton(bool visible) = 0;
+    virtual bool ComboButtonVisible() const = 0;
+    virtual void DrawComboButton(bool pressed) = 0;
+
+    // IPComboList. Entries count from 0; −1 is no selection.
+    virtual Twips ComboListHeight() const = 0;
+    virtual void MoveComboList(Twips left, Twips top) = 0;
+    virtual void ShowComboList(bool visible) = 0;
+    virtual bool ComboListVisible() const = 0;
+    virtual std::int32_t ComboListCount() const = 0;
+    virtual std::wstring ComboListText(std::int32_t index) const = 0;
+    virtual std::int32_t ComboListIndex() const = 0;
+    virtual void SetComboListIndex(std::int32_t index) = 0;
+    virtual void FocusComboList() = 0;
+    virtual bool ComboListHasFocus() const = 0;
+
+    // SetFocusTimer: while enabled it calls TestLibForm::SetFocusTimer_Timer after the current
+    // event.
+    virtual void EnableSetFocusTimer(bool enabled) = 0;
+};
+
+// Keystrokes that a command hands to the focused text box.
+enum class EditKey { kCut, kCopy, kPaste };
+
+class IBasketView {
+  public:
+    virtual ~IBasketView() = default;
+
+    virtual IEditorView& Editor() = 0;
+
+    // Queues a keystroke for the grid; it is processed after the current handler has returned.
+    virtual void SendGridKey(GridKey key) = 0;
+    // Hands Ctrl+X, Ctrl+C or Ctrl+V to the control that has the focus, when it is IPText.
+    virtual void SendEditKey(EditKey key) = 0;
+
+    // The grid's place in the window, and the window's inner size.
+    virtual TwipsPoint GridOrigin() const = 0;
+    // Scrolls the grid as little as it takes to have the cell wholly inside what its scroll bars
+    // leave free; a cell of column 0 brings its row into view and leaves the columns where they
+    // are. The grid's Scroll event follows as for any scrolling.
+    virtual void ShowGridCell(std::int32_t row, std::int32_t col) = 0;
+    virtual void MoveGrid(const TwipsRect& rect) = 0;
+    virtual Twips InnerWidth() const = 0;
+    virtual Twips InnerHeight() const = 0;
+    virtual bool Minimised() const = 0;
+
+    virtual void SetCaption(std::wstring_view caption) = 0;
+    virtual void SetStatusText(std::wstring_view text) = 0;
+    virtual std::wstring StatusText() const = 0;  // what SetStatusText was last told
+    // Shows `text` in the note at the right of the status bar; empty clears it. The text goes by
+    // itself after a while; the form clears it when an action begins (see basket/window/note.h).
+    virtual void ShowNote(std::wstring_view text) = 0;
+    virtual Twips StatusbarHeight() const = 0;
+    virtual void SetToolbarVisible(bool visible) = 0;
+    virtual void SetStatusbarVisible(bool visible) = 0;
+
+    virtual void SetMenuState(Command item, const MenuItemState& state) = 0;
+    virtual void SetMenuCaption(Command item, std::wstring_view caption) = 0;
+    // Fills the image list and the toolbar from their tables.
+    virtual void BuildToolbar() = 0;
+    // Shows the context menu at a point of the window; its default item is bold.
+    virtual void PopupContextMenu(const TwipsPoint& at) = 0;
+
+    // Width of a text in the grid's font.
+    virtual Twips MeasureGridText(std::wstring_view text, bool bold) = 0;
+
+    // Wait cursor, and after a while a determinate progress in the status bar; fraction 0 to 1.
+    virtual void BeginProgress(std::wstring_view what) = 0;
+    virtual void SetProgress(double fraction) = 0;
+    virtual void EndProgress() = 0;
+    // Whether the user has pressed Escape since the progress shows. Costs little, and takes no
+    // other input.
+    virtual bool Cancelled() = 0;
+
+    // For long work on the window's thread: paints at once what is due for painting in the window
+    // and its controls. It takes no input and sends no message that could start a command.
+    virtual void KeepPainted() = 0;
+
+    virtual void ShowAboutBox() = 0;
+
+    // Closes the window as the user would; the unload event asks and may cancel.
+    virtual void RequestClose() = 0;
+};
+
+// What the basket needs of its owner, the plug-in object.
+class IBasketOwner {
+  public:
+    virtual ~IBasketOwner() = default;
+    // The host shows the catalogue position at `url`. Errors of the host are raised.
+    virtual void NavigateToCatalog(std::wstring_view url) = 0;
+    // The window is being unloaded; the host should forget this client.
+    virtual void ClientClosing() = 0;
+};
+
+}  // namespace demovex

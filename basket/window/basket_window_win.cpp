@@ -1,0 +1,64 @@
+#include "basket/window/basket_window_win.h"
+
+#include "basket/window/impl_win.h"
+
+namespace demovex {
+
+std::shared_ptr<BasketWindow> BasketWindow::Create(HINSTANCE module,
+                                                   std::shared_ptr<IBasketOwner> owner,
+                                                   std::shared_ptr<void> module_lock,
+                                                   const BasketWindowOptions& options) {
+    auto impl = std::make_shared<BasketWindowImpl>(module, std::move(owner), std::move(module_lock),
+                                                   options);
+    impl->Create();
+    return std::shared_ptr<BasketWindow>(new BasketWindow(impl));
+}
+
+void BasketWindow::UnregisterWindowClasses(HINSTANCE module) noexcept {
+    BasketWindowImpl::UnregisterClasses(module);
+}
+
+BasketWindow::BasketWindow(const std::shared_ptr<BasketWindowImpl>& impl) : impl_(impl) {}
+
+BasketWindow::~BasketWindow() = default;
+
+void BasketWindow::Initialize() {
+    const auto impl = impl_.lock();
+    if (!impl) RaiseRuntimeError(runtime_error::kObjectNotSet);
+    impl->Initialize();
+}
+
+void BasketWindow::Show() {
+    const auto impl = impl_.lock();
+    if (!impl) RaiseRuntimeError(runtime_error::kObjectNotSet);
+    impl->Show();
+}
+
+std::shared_ptr<TestLibForm> BasketWindow::Form() const {
+    const auto impl = impl_.lock();
+    if (!impl) RaiseRuntimeError(runtime_error::kObjectNotSet);
+    return impl->Form();
+}
+
+FlexGrid& BasketWindow::Liste() const {
+    const auto impl = impl_.lock();
+    if (!impl || impl->Handle() == nullptr) RaiseRuntimeError(runtime_error::kObjectNotSet);
+    return impl->Liste();
+}
+
+IBasketView& BasketWindow::View() const {
+    const auto impl = impl_.lock();
+    if (!impl || impl->Handle() == nullptr) RaiseRuntimeError(runtime_error::kObjectNotSet);
+    return *impl;
+}
+
+HWND BasketWindow::Handle() const noexcept {
+    const auto impl = impl_.lock();
+    return impl ? impl->Handle() : nullptr;
+}
+
+bool BasketWindow::Alive() const noexcept {
+    return Handle() != nullptr;
+}
+
+}  // namespace demovex

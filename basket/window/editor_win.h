@@ -1,0 +1,158 @@
+// The four controls of the in-place editor, as real windows: IPBackground with IPText and
+// IPComboButton in it, and IPComboList.
+//
+// The system's text box is left- or right-aligned for life, so there are two of it, of which one
+// is IPText at a time: the right-aligned one where the cell's own text stands right. The other is
+// hidden. The text box has the grid's font and no margins, so that a text that is edited stands
+// where it stood in the cell.
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "basket/view.h"
+#include "basket/window/handles_win.h"
+
+namespace demovex {
+
+class BasketWindowImpl;
+
+// What the text box needs to know of the cell that it lies on.
+struct EditedCell {
+    bool stands_right = false;  // the cell's text
+    std::wstring name;          // what assistive programs call the cell
+};
+
+class WindowEditor final : public IEditorView {
+  public:
+    struct Settings {
+        HWND parent = nullptr;
+        HINSTANCE module = nullptr;
+        Scale scale;
+        HFONT font = nullptr;  // outlives the editor
+    };
+
+    // Creates the controls, hidden. What happens to them is forwarded to the form by
+    // `window`, which outlives this object; `cell` tells of the grid's current cell. Raises 7.
+    WindowEditor(const Settings& settings, BasketWindowImpl& window,
+                 std::function<EditedCell()> cell);
+    ~WindowEditor() override;
+    WindowEditor(const WindowEditor&) = delete;
+    WindowEditor& operator=(const WindowEditor&) = delete;
+
+    // The grid: it gets the focus that a hidden editor had, the mouse wheel, and Tab.
+    void SetGrid(HWND grid) { grid_ = grid; }
+
+    // Another screen, with a font of that screen (outlives the editor). What is open is placed anew
+    // by whoever lays the window out.
+    void SetScale(const Scale& scale, HFONT font);
+
+    // Registers and removes the class of the picture boxes.
+    static void RegisterWindowClass(HINSTANCE module);
+    static void UnregisterWindowClass(HINSTANCE module) noexcept;
+
+    // The window's timer or posted message for SetFocusTimer.
+    void OnSetFocusTimer() noexcept;
+    // Cut, copy or paste for IPText if it is open and has the focus (`focus` is the control that
+    // has it, or had it when the window was left).
+    void OnEditKey(EditKey key, HWND focus) noexcept;
+
+    HWND TextWindow() const noexcept { return text_[right_ ? 1 : 0]; }
+    bool IsText(HWND window) const noexcept {
+        return window != nullptr && (window == text_[0] || window == text_[1]);
+    }
+    HWND Background() const noexcept { return background_; }
+    HWND ComboList() const noexcept { return list_; }
+
+    // IEditorView
+    void MoveBackground(const TwipsRect& rect) override;
+    void ShowBackground(bool visible) override;
+    bool BackgroundVisible() const override { return background_visible_; }
+    void HoldBackground(bool hold) override;
+    void MoveText(const TwipsRect& rect) override;
+    void ShowText() override;
+    std::wstring Text() const override;
+    void SetText(std::wstring_view text) override;
+    void SetMaxLength(std::int32_t length) override;
+    std::int32_t SelStart() const override;
+    std::int32_t SelLength() const override;
+    void Select(std::int32_t start, std::int32_t length) override;
+    void FocusText() override;
+    void ForgetUndo() override;
+    void TakeKey(int key_code) override;
+    void TakeCharacter(wchar_t character) override;
+    Twips ComboButtonWidth() const override;
+    void MoveComboButton(const TwipsRect& rect) override;
+    void ShowComboButton(bool visible) override;
+    bool ComboButtonVisible() const override { return button_visible_ && background_visible_; }
+    void DrawComboButton(bool pressed) override;
+    Twips ComboListHeight() const override;
+    void MoveComboList(Twips left, Twips top) override;
+    void ShowComboList(bool visible) override;
+    bool ComboListVisible() const override { return list_visible_; }
+    std::int32_t ComboListCount() const override;
+    std::wstring ComboListText(std::int32_t index) const override;
+    std::int32_t ComboListIndex() const override;
+    void SetComboListIndex(std::int32_t index) override;
+    void FocusComboList() override;
+    bool ComboListHasFocus() const override;
+    void EnableSetFocusTimer(bool enabled) override;
+
+  private:
+    static LRESULT CALLBACK PictureProc(HWND, UINT, WPARAM, LPARAM) noexcept;
+    static LRESULT CALLBACK TextProc(HWND, UINT, WPARAM, LPARAM) noexcept;
+    static LRESULT CALLBACK ListProc(HWND, UINT, WPARAM, LPARAM) noexcept;
+    // Puts a procedure before the window's own, which it answers. The common controls' service for
+    // this looks a property of the window up with each message, twice.
+    WNDPROC Subclass(HWND window, WNDPROC procedure);
+    static WindowEditor& Of(HWND window) noexcept;
+    // Each answers whether the message was used up.
+    bool OnTextMessage(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
+    bool OnTextKey(WPARAM key, LPARAM lparam);
+    bool OnListMessage(UINT message, WPARAM wparam, LPARAM lparam);
+    LRESULT OnPictureMessage(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
+    void PaintButton(HDC dc) const;
+    wchar_t Overhanging() const;
+    void PaintOverhang(HDC dc) const;
+    void FollowOverhang();
+    void OnTextChanged();
+    void Tick() noexcept;
+    void HideBackground();
+    bool ParentActive() const noexcept;
+
+    HWND parent_;
+    HWND grid_ = nullptr;
+    Scale scale_;
+    BasketWindowImpl& window_;
+    std::function<EditedCell()> cell_;
+    HWND background_ = nullptr;
+    HWND text_[2] = {nullptr, nullptr};  // left- and right-aligned
+    HWND button_ = nullptr;
+    HWND list_ = nullptr;
+    WNDPROC text_proc_ = nullptr;  // of the system's text box and list box
+    WNDPROC list_proc_ = nullptr;
+    RECT background_rect_{};  // where it is, or goes when it is shown
+    RECT text_rect_[2]{};     // where the text boxes are
+    // Labels without extent right before IPText and IPComboList in z-order: where assistive
+    // programs look for the name of a text box or a list.
+    HWND text_label_ = nullptr;
+    HWND list_label_ = nullptr;
+    std::wstring name_;  // the cell's
+    std::int32_t max_length_ = 0;
+    wchar_t overhang_ = 0;  // the glyph whose overhang stands on the background
+    bool gone_ = false;     // the windows are destroyed
+    bool right_ = false;
+    bool background_visible_ = false;
+    bool background_held_ = false;
+    bool background_lingers_ = false;  // on the screen, though hidden
+    bool text_visible_ = false;
+    bool button_visible_ = false;
+    bool button_pressed_ = false;
+    bool list_visible_ = false;
+    bool setting_text_ = false;
+    bool timer_enabled_ = false;
+    bool tick_posted_ = false;
+    bool ticking_ = false;  // the system's timer runs
+};
+
+}  // namespace demovex
