@@ -11,6 +11,7 @@
 #include <string>
 #include <string_view>
 
+#include "basket/basket_window.h"
 #include "basket/commands/commands.h"
 #include "basket/commands/keys.h"
 #include "basket/services.h"

@@ -1,9 +1,8 @@
 // The basket window as the deciding code sees it: controls to show, move and read, nothing that
 // decides. Implemented by the real window (window/) and by a fake in the tests.
 //
-// Rectangles are twips in the window's client area unless said otherwise. No operation raises the
-// form's events from within, except SetText of the editor, which raises IPText_Change like the
-// platform's text box does when its text really changed.
+// Rectangles are twips in the window's client area. No operation raises the form's events from
+// within, except those of the editor that say so.
 #pragma once
 
 #include <cstdint>
@@ -11,66 +10,11 @@
 #include <string_view>
 
 #include "basket/commands/commands.h"
+#include "basket/edit/editor_view.h"
 #include "grid/flex_grid.h"
 #include "grid/geometry.h"
 
 namespace demovex {
-
-// The four controls of the in-place editor: IPBackground, which holds IPText and IPComboButton, and
-// IPComboList.
-class IEditorView {
-  public:
-    virtual ~IEditorView() = default;
-
-    // IPBackground: hiding it hides what it holds.
-    virtual void MoveBackground(const TwipsRect& rect) = 0;
-    virtual void ShowBackground(bool visible) = 0;
-    virtual bool BackgroundVisible() const = 0;
-    // While held, a background that is hidden may stay on the screen until it is let go, so that
-    // one that is shown again meanwhile need not come and go. Nothing that shows a window of its
-    // own or waits for the user may run meanwhile.
-    virtual void HoldBackground(bool /*hold*/) {}
-
-    // IPText. `rect` is relative to IPBackground; selection positions count characters from 0.
-    virtual void MoveText(const TwipsRect& rect) = 0;
-    virtual void ShowText() = 0;
-    virtual std::wstring Text() const = 0;
-    virtual void SetText(std::wstring_view text) = 0;
-    virtual void SetMaxLength(std::int32_t length) = 0;  // 0 is unlimited
-    virtual std::int32_t SelStart() const = 0;
-    virtual std::int32_t SelLength() const = 0;
-    virtual void Select(std::int32_t start, std::int32_t length) = 0;
-    virtual void FocusText() = 0;
-    // What the text box could undo is forgotten.
-    virtual void ForgetUndo() = 0;
-    // Input that reached another control, for the text box to handle as its own: a key, and a
-    // character that the user typed.
-    virtual void TakeKey(int key_code) = 0;
-    virtual void TakeCharacter(wchar_t character) = 0;
-
-    // IPComboButton. `rect` is relative to IPBackground.
-    virtual Twips ComboButtonWidth() const = 0;
-    virtual void MoveComboButton(const TwipsRect& rect) = 0;
-    virtual void ShowComboButton(bool visible) = 0;
-    virtual bool ComboButtonVisible() const = 0;
-    virtual void DrawComboButton(bool pressed) = 0;
-
-    // IPComboList. Entries count from 0; −1 is no selection.
-    virtual Twips ComboListHeight() const = 0;
-    virtual void MoveComboList(Twips left, Twips top) = 0;
-    virtual void ShowComboList(bool visible) = 0;
-    virtual bool ComboListVisible() const = 0;
-    virtual std::int32_t ComboListCount() const = 0;
-    virtual std::wstring ComboListText(std::int32_t index) const = 0;
-    virtual std::int32_t ComboListIndex() const = 0;
-    virtual void SetComboListIndex(std::int32_t index) = 0;
-    virtual void FocusComboList() = 0;
-    virtual bool ComboListHasFocus() const = 0;
-
-    // SetFocusTimer: while enabled it calls TestLibForm::SetFocusTimer_Timer after the current
-    // event.
-    virtual void EnableSetFocusTimer(bool enabled) = 0;
-};
 
 // Keystrokes that a command hands to the focused text box.
 enum class EditKey { kCut, kCopy, kPaste };
@@ -133,16 +77,6 @@ class IBasketView {
 
     // Closes the window as the user would; the unload event asks and may cancel.
     virtual void RequestClose() = 0;
-};
-
-// What the basket needs of its owner, the plug-in object.
-class IBasketOwner {
-  public:
-    virtual ~IBasketOwner() = default;
-    // The host shows the catalogue position at `url`. Errors of the host are raised.
-    virtual void NavigateToCatalog(std::wstring_view url) = 0;
-    // The window is being unloaded; the host should forget this client.
-    virtual void ClientClosing() = 0;
 };
 
 }  // namespace demovex

@@ -54,7 +54,7 @@ Client::Client(ClientParts parts)
     : parts_(std::move(parts)),
       plug_in_({*parts_.text, *parts_.sound, parts_.folder, [this] { return MakeWindow(); }}) {}
 
-std::shared_ptr<IClientWindow> Client::MakeWindow() {
+std::shared_ptr<IBasketWindow> Client::MakeWindow() {
     return parts_.create_window(std::make_shared<HostOwner>(this));
 }
 

@@ -18,7 +18,7 @@
 #include <memory>
 #include <string>
 
-#include "basket/view.h"
+#include "basket/basket_window.h"
 #include "client/com_ptr_win.h"
 #include "client/module_win.h"
 #include "client/plug_in.h"
@@ -33,7 +33,7 @@ struct ClientParts {
     std::shared_ptr<const ITextService> text;
     std::shared_ptr<ISound> sound;
     std::wstring folder;
-    std::function<std::shared_ptr<IClientWindow>(std::shared_ptr<IBasketOwner>)> create_window;
+    std::function<std::shared_ptr<IBasketWindow>(std::shared_ptr<IBasketOwner>)> create_window;
 };
 
 class Client final : public _Client,
@@ -83,7 +83,7 @@ class Client final : public _Client,
     explicit Client(ClientParts parts);
     ~Client() = default;
 
-    std::shared_ptr<IClientWindow> MakeWindow();
+    std::shared_ptr<IBasketWindow> MakeWindow();
 
     // Returns the text that `f` makes through `value`.
     template <typename F>

@@ -13,7 +13,7 @@ constexpr std::wstring_view kOrderSound = L"\\Order.wav";
 
 PlugIn::PlugIn(Parts parts) : parts_(std::move(parts)) {}
 
-std::shared_ptr<IClientWindow> PlugIn::Window() const {
+std::shared_ptr<IBasketWindow> PlugIn::Window() const {
     if (!window_) RaiseRuntimeError(runtime_error::kObjectNotSet);
     return window_;
 }

@@ -15,6 +15,7 @@
 #include <string>
 #include <string_view>
 
+#include "basket/basket_window.h"
 #include "platform/sound.h"
 #include "platform/text.h"
 
@@ -24,23 +25,6 @@ namespace demovex {
 inline constexpr std::wstring_view kDescription = L"Vexmart Test Client";
 inline constexpr std::wstring_view kProducer = L"K.O.L.M.";
 
-// The basket window as its client sees it. Operations raise whatever the window raises, and 91 once
-// the window is gone.
-class IClientWindow {
-  public:
-    virtual ~IClientWindow() = default;
-
-    // Fills the window. An error leaves no window behind.
-    virtual void Initialize() = 0;
-    virtual void Show() = 0;
-    // The window's caption; of a window that is gone, its last one.
-    virtual std::wstring Caption() const = 0;
-    virtual void AddArtikel(const std::wstring& ArtikelNr, const std::wstring& Katalog,
-                            const std::wstring& KatalogURL, bool& HasInfo, std::int32_t Menge,
-                            bool UseExternalInfoBox) = 0;
-    virtual void Load(const std::wstring& Path) = 0;
-};
-
 class PlugIn {
   public:
     struct Parts {
@@ -48,7 +32,7 @@ class PlugIn {
         ISound& sound;             // outlives the plug-in
         std::wstring folder;       // where the component lies, without a trailing backslash
         // Creates a new, hidden, empty window.
-        std::function<std::shared_ptr<IClientWindow>()> create_window;
+        std::function<std::shared_ptr<IBasketWindow>()> create_window;
     };
 
     explicit PlugIn(Parts parts);
@@ -72,10 +56,10 @@ class PlugIn {
   private:
     // The window, held for as long as the caller uses it: a call into it may end with the host
     // having initialised anew.
-    std::shared_ptr<IClientWindow> Window() const;
+    std::shared_ptr<IBasketWindow> Window() const;
 
     Parts parts_;
-    std::shared_ptr<IClientWindow> window_;
+    std::shared_ptr<IBasketWindow> window_;
 };
 
 }  // namespace demovex

@@ -2,6 +2,7 @@
 // bar, column widths, the way to the catalogue.
 #pragma once
 
+#include "basket/basket_window.h"
 #include "basket/commands/commands.h"
 #include "basket/edit/cell_editor.h"
 #include "basket/state.h"

@@ -11,16 +11,9 @@
 #include "basket/edit/order_entry.h"
 #include "basket/edit/scopes.h"
 #include "basket/rows/columns.h"
+#include "grid/cell_name.h"
 
 namespace demovex {
-namespace {
-
-// The text box inside the cell.
-constexpr Twips kTextLeft = 45;
-constexpr Twips kTextTop = 15;
-
-}  // namespace
-
 CellEditor::CellEditor(BasketContext& context)
     : context_(context),
       grid_(context.Liste),
@@ -58,35 +51,30 @@ bool CellEditor::OffersList() const {
     return offers_ != nullptr && offers_(grid_.Row(), grid_.Col());
 }
 
-void CellEditor::Place() {
+IEditorView::Cell CellEditor::CurrentCell(std::wstring& name) const {
     const TwipsPoint grid = context_.view.GridOrigin();
-    const Twips width = grid_.CellWidth();
-    const Twips height = grid_.CellHeight();
-    const Twips button = OffersList() ? view_.ComboButtonWidth() : 0;
-    view_.MoveBackground({grid.x + grid_.CellLeft(), grid.y + grid_.CellTop(), width, height});
-    view_.MoveText({kTextLeft, kTextTop, width - kTextLeft - button, height - kTextTop});
-    if (button != 0) view_.MoveComboButton({width - button, 0, button, height});
+    const std::int32_t row = grid_.Row();
+    const std::int32_t col = grid_.Col();
+    name = CellName(grid_, row, col);
+    return {{grid.x + grid_.CellLeft(), grid.y + grid_.CellTop(), grid_.CellWidth(),
+             grid_.CellHeight()},
+            grid_.TextMatrix(row, col),
+            name,
+            grid_.StandsRight(row, col),
+            col == column::kBezeichnung ? kMaxBezeichnung : 0,
+            OffersList()};
 }
 
 void CellEditor::Open() {
     grid_.SetFocusRect(FocusRectStyle::kNone);
-    Place();
     state_.EditRow = grid_.Row();
     state_.EditCol = grid_.Col();
-    view_.SetMaxLength(state_.EditCol == column::kBezeichnung ? kMaxBezeichnung : 0);
     state_.LastValidText = grid_.TextMatrix(state_.EditRow, state_.EditCol);
-    view_.SetText(state_.LastValidText);
+    std::wstring name;
+    view_.Open(CurrentCell(name));
     // What the box really holds: it may not have taken every character.
     state_.LastValidText = view_.Text();
-    view_.ForgetUndo();
-    view_.ShowText();
-    const bool list = OffersList();
-    view_.ShowComboButton(list);
-    if (list) view_.DrawComboButton(false);
-    view_.ShowBackground(true);
-    view_.Select(0, static_cast<std::int32_t>(view_.Text().size()));
     RememberSelection();
-    view_.EnableSetFocusTimer(true);
 }
 
 void CellEditor::Liste_RowColChange() {
@@ -104,11 +92,11 @@ void CellEditor::Liste_Scroll() {
 
 void CellEditor::OpenIfClosed() {
     const bool idle = state_.InitPending || state_.Loading || state_.SuppressEditor;
-    if (!idle && !view_.BackgroundVisible() && Editable()) Open();
+    if (!idle && !view_.IsOpen() && Editable()) Open();
 }
 
 void CellEditor::OpenHere() {
-    if (view_.BackgroundVisible() || !CurrentMayBeEdited()) return;
+    if (view_.IsOpen() || !CurrentMayBeEdited()) return;
     BringCellIntoView(context_, grid_.Row(), grid_.Col());  // which may open it already
     OpenIfClosed();
 }
@@ -124,8 +112,8 @@ void CellEditor::Liste_KeyDown(int& key, int shift) {
         case key_code::kReturn:
         case key_code::kDelete:
             if (!plain) return;
-            if (view_.BackgroundVisible()) {
-                view_.FocusText();
+            if (view_.IsOpen()) {
+                view_.Focus();
                 view_.TakeKey(key);
             } else if (key != key_code::kDelete && CurrentMayBeEdited()) {
                 OpenHere();
@@ -142,8 +130,8 @@ void CellEditor::Liste_KeyDown(int& key, int shift) {
 void CellEditor::Liste_KeyPress(int& character) {
     const bool typed = character >= L' ' && character != L'\x7F';
     if (typed) OpenHere();
-    if (!view_.BackgroundVisible() || !(typed || character == L'\b')) return;
-    view_.FocusText();
+    if (!view_.IsOpen() || !(typed || character == L'\b')) return;
+    view_.Focus();
     view_.TakeCharacter(static_cast<wchar_t>(character));
     character = 0;
 }
@@ -155,16 +143,15 @@ void CellEditor::Liste_Acted() {
 }
 
 void CellEditor::CommitCellEdit() {
-    if (!view_.BackgroundVisible()) return;
-    if (view_.ComboListVisible()) IPComboList_LostFocus();
-    view_.EnableSetFocusTimer(false);
-    view_.ShowBackground(false);
+    if (!view_.IsOpen()) return;
+    CloseList();
+    view_.Close();
     // From here on the editor is closed, so that whatever happens meanwhile (a message, a nested
     // change of the current cell) finds nothing to commit.
     struct FocusRectBack {
         CellEditor& editor;
         ~FocusRectBack() {
-            if (editor.view_.BackgroundVisible()) return;  // opened again meanwhile
+            if (editor.view_.IsOpen()) return;  // opened again meanwhile
             editor.grid_.SetFocusRect(FocusRectStyle::kLight);
         }
     } focus_rect_back{*this};
@@ -227,12 +214,12 @@ void CellEditor::CommitArticleNumber(std::int32_t row, std::int32_t col, const s
 
 void CellEditor::CloseEditor() {
     // A number just typed and found opens the editor on the quantity, whose commit opens nothing.
-    for (int round = 0; round < 3 && view_.BackgroundVisible(); ++round) CommitCellEdit();
+    for (int round = 0; round < 3 && view_.IsOpen(); ++round) CommitCellEdit();
 }
 
 void CellEditor::NumberFormatChanged(const std::function<void()>& change) {
     const ITextService& text = context_.services.text;
-    if (!view_.BackgroundVisible() || state_.EditCol != column::kMenge) return change();
+    if (!view_.IsOpen() || state_.EditCol != column::kMenge) return change();
     const auto number = [&](std::wstring_view typed) -> std::optional<double> {
         try {
             return text.ToNumber(typed);
@@ -249,21 +236,21 @@ void CellEditor::NumberFormatChanged(const std::function<void()>& change) {
 }
 
 void CellEditor::Realign() {
-    if (!view_.BackgroundVisible()) return;
+    if (!view_.IsOpen()) return;
     if (state_.EditRow == grid_.Row() && state_.EditCol == grid_.Col() && WhollyVisible()) {
-        Place();
+        std::wstring name;
+        view_.Realign(CurrentCell(name));
     } else {
         CommitCellEdit();
     }
 }
 
 bool CellEditor::TypedInto() const {
-    return view_.BackgroundVisible() &&
-           view_.Text() != grid_.TextMatrix(state_.EditRow, state_.EditCol);
+    return view_.IsOpen() && view_.Text() != grid_.TextMatrix(state_.EditRow, state_.EditCol);
 }
 
 void CellEditor::IPText_KeyDown(int& key_code, int shift) {
-    if (!view_.BackgroundVisible()) return;  // a key that was on its way when the editor closed
+    if (!view_.IsOpen()) return;  // a key that was on its way when the editor closed
     RememberSelection();
     const EditorKeyRow* row = FindEditorKey(*this, key_code, shift);
     if (row == nullptr) return;
@@ -287,10 +274,10 @@ void CellEditor::Reopen() {
         IEditorView& view;
         bool held;
         Hold(IEditorView& of, bool hold) : view(of), held(hold) {
-            if (held) view.HoldBackground(true);
+            if (held) view.Hold(true);
         }
         ~Hold() {
-            if (held) view.HoldBackground(false);
+            if (held) view.Hold(false);
         }
         Hold(const Hold&) = delete;
         Hold& operator=(const Hold&) = delete;
@@ -309,7 +296,7 @@ void CellEditor::ReturnInDescription() {
 
 void CellEditor::GoToNextCell(std::int32_t step) {
     // The commit may leave the cell that was edited for another one of its row.
-    const bool open = view_.BackgroundVisible();
+    const bool open = view_.IsOpen();
     std::int32_t row = open ? state_.EditRow : grid_.Row();
     std::int32_t col = open ? state_.EditCol : grid_.Col();
     CloseEditor();
@@ -359,13 +346,11 @@ void CellEditor::IPText_Change() {
 }
 
 void CellEditor::RememberSelection() {
-    before_start_ = view_.SelStart();
-    before_length_ = view_.SelLength();
+    before_ = view_.Selection();
 }
 
 void CellEditor::RestoreLastValidText() {
-    const std::int32_t start = before_start_;
-    const std::int32_t length = before_length_;
+    const auto [start, length] = before_;
     {
         struct Restoring {
             bool& flag;
@@ -383,13 +368,13 @@ void CellEditor::RestoreLastValidText() {
 }
 
 void CellEditor::SetFocusTimer_Timer() {
-    if (view_.ComboListVisible()) {
-        if (view_.ComboListHasFocus()) return;
+    if (view_.ListIsOpen()) {
+        if (view_.ListHasFocus()) return;
         IPComboList_LostFocus();
-    } else if (view_.BackgroundVisible()) {
-        view_.FocusText();
+    } else if (view_.IsOpen()) {
+        view_.Focus();
     }
-    view_.EnableSetFocusTimer(false);
+    view_.StopSetFocusTimer();
 }
 
 }  // namespace demovex

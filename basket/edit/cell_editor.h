@@ -98,7 +98,8 @@ class CellEditor final : public ICellCommit {
     void OpenHere();
     bool WhollyVisible() const;
     bool OffersList() const;
-    void Place();
+    // The current cell, for the view; refers to `name`.
+    IEditorView::Cell CurrentCell(std::wstring& name) const;
     void Open();
     void PutBack(std::int32_t row, const std::array<std::wstring, column::kCount>& texts);
     void CommitArticleNumber(std::int32_t row, std::int32_t col, const std::wstring& typed,
@@ -114,8 +115,7 @@ class CellEditor final : public ICellCommit {
     OrderTable& table_;
     bool (*offers_)(std::int32_t row, std::int32_t col) = nullptr;
     // The text box's selection before the change that is being made, for undoing it.
-    std::int32_t before_start_ = 0;
-    std::int32_t before_length_ = 0;
+    IEditorView::Range before_;
     bool restoring_ = false;  // the last valid text is being put back
 };
 

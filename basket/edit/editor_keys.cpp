@@ -9,12 +9,12 @@ bool Always(CellEditor&) {
     return true;
 }
 bool CaretAtStart(CellEditor& e) {
-    return e.State().EditCol >= 2 && e.View().SelStart() == 0;
+    return e.State().EditCol >= 2 && e.View().Selection().start == 0;
 }
 bool CaretAtEnd(CellEditor& e) {
     const auto length = static_cast<std::int32_t>(e.View().Text().size());
-    return e.View().SelStart() + e.View().SelLength() == length &&
-           e.State().EditCol < e.Grid().Cols() - 1;
+    const auto [start, selected] = e.View().Selection();
+    return start + selected == length && e.State().EditCol < e.Grid().Cols() - 1;
 }
 bool RowAbove(CellEditor& e) {
     return e.Grid().Row() >= 2;
@@ -29,7 +29,7 @@ bool EditRowBelow(CellEditor& e) {
     return e.State().EditRow < TotalsRow(e.Grid());
 }
 bool ButtonVisible(CellEditor& e) {
-    return e.View().ComboButtonVisible();
+    return e.View().OffersList();
 }
 bool InDescription(CellEditor& e) {
     return e.State().EditCol == column::kBezeichnung;
@@ -44,7 +44,7 @@ void Extend(CellEditor& e) {
     e.ExtendSelection(step);
 }
 void DropSelection(CellEditor& e) {
-    e.View().Select(e.View().SelStart(), 0);
+    e.View().Select(e.View().Selection().start, 0);
 }
 void DropDown(CellEditor& e) {
     e.IPComboButton_Click();

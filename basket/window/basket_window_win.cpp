@@ -18,26 +18,41 @@ void BasketWindow::UnregisterWindowClasses(HINSTANCE module) noexcept {
     BasketWindowImpl::UnregisterClasses(module);
 }
 
-BasketWindow::BasketWindow(const std::shared_ptr<BasketWindowImpl>& impl) : impl_(impl) {}
+BasketWindow::BasketWindow(const std::shared_ptr<BasketWindowImpl>& impl)
+    : impl_(impl), last_caption_(impl->LastCaption()) {}
 
 BasketWindow::~BasketWindow() = default;
 
-void BasketWindow::Initialize() {
-    const auto impl = impl_.lock();
+std::shared_ptr<BasketWindowImpl> BasketWindow::Standing() const {
+    auto impl = impl_.lock();
     if (!impl) RaiseRuntimeError(runtime_error::kObjectNotSet);
-    impl->Initialize();
+    return impl;
+}
+
+void BasketWindow::Initialize() {
+    Standing()->Initialize();
 }
 
 void BasketWindow::Show() {
-    const auto impl = impl_.lock();
-    if (!impl) RaiseRuntimeError(runtime_error::kObjectNotSet);
-    impl->Show();
+    Standing()->Show();
+}
+
+std::wstring BasketWindow::Caption() const {
+    return Alive() ? Form()->Caption() : *last_caption_;
+}
+
+void BasketWindow::AddArtikel(const std::wstring& ArtikelNr, const std::wstring& Katalog,
+                              const std::wstring& KatalogURL, bool& HasInfo, std::int32_t Menge,
+                              bool UseExternalInfoBox) {
+    Form()->AddArtikel(ArtikelNr, Katalog, KatalogURL, HasInfo, Menge, UseExternalInfoBox);
+}
+
+void BasketWindow::Load(const std::wstring& Path) {
+    Form()->Load(Path);
 }
 
 std::shared_ptr<TestLibForm> BasketWindow::Form() const {
-    const auto impl = impl_.lock();
-    if (!impl) RaiseRuntimeError(runtime_error::kObjectNotSet);
-    return impl->Form();
+    return Standing()->Form();
 }
 
 FlexGrid& BasketWindow::Liste() const {

@@ -5,7 +5,7 @@
 //   auto window = BasketWindow::Create(module, owner, module_lock);
 //   window->Initialize();                    // raises; on an error nothing is left behind
 //   window->Show();
-//   window->Form()->AddArtikel(...);
+//   window->AddArtikel(...);
 //
 // Life: while the window exists it holds itself, `owner` and `module_lock`. Once it is unloaded
 // (the user closes it and nobody cancels) it has called owner->ClientClosing(), then lets go of the
@@ -18,7 +18,9 @@
 #include <windows.h>
 
 #include <memory>
+#include <string>
 
+#include "basket/basket_window.h"
 #include "basket/services.h"
 #include "basket/test_lib_form.h"
 #include "basket/view.h"
@@ -33,7 +35,7 @@ struct BasketWindowOptions {
     int dpi = 0;                   // dots per inch of the screen; 0 asks the system
 };
 
-class BasketWindow {
+class BasketWindow final : public IBasketWindow {
   public:
     // Creates the hidden window. `module` is the component's own module, where the resources are.
     // `module_lock` is any object that keeps the module loaded; may be null. Raises 7 when the
@@ -46,19 +48,25 @@ class BasketWindow {
     // them. The last window does so when it has closed; it cannot when the host destroys it, so the
     // module does it once more when it goes. Idle while a window stands.
     static void UnregisterWindowClasses(HINSTANCE module) noexcept;
-    ~BasketWindow();
+    ~BasketWindow() override;
     BasketWindow(const BasketWindow&) = delete;
     BasketWindow& operator=(const BasketWindow&) = delete;
 
     // Fills the window. An error destroys the window (no question, no ClientClosing), closes what
     // was opened, lets go of the owner and is raised again.
-    void Initialize();
+    void Initialize() override;
 
     // Places the window on the monitor of the program's active window and shows it, modeless.
-    void Show();
+    void Show() override;
+
+    std::wstring Caption() const override;
+    void AddArtikel(const std::wstring& ArtikelNr, const std::wstring& Katalog,
+                    const std::wstring& KatalogURL, bool& HasInfo, std::int32_t Menge,
+                    bool UseExternalInfoBox) override;
+    void Load(const std::wstring& Path) override;
 
     // The form, which stays whole for as long as the returned pointer is held, even when the window
-    // closes in the middle of a call; so `window->Form()->Load(path)` is safe. Raises 91 when the
+    // closes in the middle of a call; so `window->Form()->Run(command)` is safe. Raises 91 when the
     // window is gone.
     std::shared_ptr<TestLibForm> Form() const;
 
@@ -72,7 +80,10 @@ class BasketWindow {
 
   private:
     explicit BasketWindow(const std::shared_ptr<BasketWindowImpl>& impl);
+    std::shared_ptr<BasketWindowImpl> Standing() const;
+
     std::weak_ptr<BasketWindowImpl> impl_;
+    std::shared_ptr<const std::wstring> last_caption_;  // empty until the window goes
 };
 
 }  // namespace demovex

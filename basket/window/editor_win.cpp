@@ -12,11 +12,7 @@ namespace demovex {
 namespace {
 
 constexpr Twips kComboButtonWidth = 255;
-constexpr Twips kListRow = 195;
-constexpr int kListRows = 3;
 constexpr Twips kListWidth = 2400;
-// Room between a text that stands right and the end of its cell, as in the grid.
-constexpr Twips kTextMargin = 45;
 // Between the ticks after the first one, which comes as soon as the current event is over.
 constexpr UINT kTickMilliseconds = 50;
 
@@ -71,9 +67,8 @@ void WindowEditor::UnregisterWindowClass(HINSTANCE module) noexcept {
     UnregisterClassW(kPictureBoxClass, module);
 }
 
-WindowEditor::WindowEditor(const Settings& settings, BasketWindowImpl& window,
-                           std::function<EditedCell()> cell)
-    : parent_(settings.parent), scale_(settings.scale), window_(window), cell_(std::move(cell)) {
+WindowEditor::WindowEditor(const Settings& settings, BasketWindowImpl& window)
+    : parent_(settings.parent), scale_(settings.scale), window_(window) {
     const auto self = reinterpret_cast<LONG_PTR>(this);
     background_ = CreateChild(parent_, settings.module, kPictureBoxClass, child_id::kIPBackground,
                               WS_CLIPCHILDREN);
@@ -102,11 +97,11 @@ void WindowEditor::SetScale(const Scale& scale, HFONT font) {
     const auto observed = reinterpret_cast<WPARAM>(font);
     for (HWND text : text_) {
         SendMessageW(text, WM_SETFONT, observed, FALSE);
-        const int right = text == text_[1] ? scale_.ToPixels(kTextMargin) : 0;
+        const int right = text == text_[1] ? scale_.ToPixels(FlexGrid::kTextLeft) : 0;
         SendMessageW(text, EM_SETMARGINS, EC_LEFTMARGIN | EC_RIGHTMARGIN, MAKELPARAM(0, right));
     }
     SendMessageW(list_, WM_SETFONT, observed, FALSE);
-    SendMessageW(list_, LB_SETITEMHEIGHT, 0, scale_.ToPixels(kListRow));
+    SendMessageW(list_, LB_SETITEMHEIGHT, 0, scale_.ToPixels(kListRowHeight));
 }
 
 WNDPROC WindowEditor::Subclass(HWND window, WNDPROC procedure) {
@@ -135,18 +130,41 @@ WindowEditor::~WindowEditor() {
 // The system is told the least it can be: each change of a window costs it many steps, and the
 // editor moves with every key.
 
-void WindowEditor::MoveBackground(const TwipsRect& rect) {
-    background_rect_ = ToPixels(scale_, rect);
-    if (background_visible_) Place(background_, background_rect_);
+void WindowEditor::Open(const Cell& cell) {
+    Realign(cell);
+    SetMaxLength(cell.max_length);
+    SetText(cell.text);
+    SendMessageW(TextWindow(), EM_EMPTYUNDOBUFFER, 0, 0);
+    ShowText();
+    ShowButton(cell.offers_list);
+    if (cell.offers_list) DrawButton(false);
+    ShowBackground();
+    Select(0, static_cast<std::int32_t>(Text().size()));
+    EnableSetFocusTimer(true);
 }
 
-void WindowEditor::ShowBackground(bool visible) {
-    if (visible) {
-        background_visible_ = true;
-        // one that lingers is moved as one that was never hidden
-        Place(background_, background_rect_, background_lingers_ ? SWP_NOZORDER : SWP_SHOWWINDOW);
-        background_lingers_ = false;
-    } else if (background_held_) {
+void WindowEditor::Realign(const Cell& cell) {
+    background_rect_ = ToPixels(scale_, cell.rect);
+    if (background_visible_) Place(background_, background_rect_);
+    if (name_ != cell.name) {
+        name_ = cell.name;
+        SetLabel(text_label_, name_);
+    }
+    if (cell.stands_right != right_) MakeIPText(cell.stands_right);
+    const EditorLayout layout =
+        LayOutEditor(cell.rect, cell.offers_list ? kComboButtonWidth : Twips{0});
+    const RECT text = ToPixels(scale_, layout.text);
+    RECT& placed = text_rect_[right_ ? 1 : 0];
+    if (!EqualRect(&text, &placed)) {
+        Place(TextWindow(), text);
+        placed = text;
+    }
+    if (cell.offers_list) Place(button_, ToPixels(scale_, layout.button));
+}
+
+void WindowEditor::Close() {
+    EnableSetFocusTimer(false);
+    if (background_held_) {
         background_lingers_ = background_lingers_ || background_visible_;
         background_visible_ = false;
     } else {
@@ -154,7 +172,14 @@ void WindowEditor::ShowBackground(bool visible) {
     }
 }
 
-void WindowEditor::HoldBackground(bool hold) {
+void WindowEditor::ShowBackground() {
+    background_visible_ = true;
+    // one that lingers is moved as one that was never hidden
+    Place(background_, background_rect_, background_lingers_ ? SWP_NOZORDER : SWP_SHOWWINDOW);
+    background_lingers_ = false;
+}
+
+void WindowEditor::Hold(bool hold) {
     background_held_ = hold;
     if (hold || !background_lingers_) return;
     background_visible_ = true;  // as far as the focus goes
@@ -173,29 +198,16 @@ void WindowEditor::HideBackground() {
 
 // --- IPText
 
-void WindowEditor::MoveText(const TwipsRect& rect) {
-    const EditedCell cell = cell_ ? cell_() : EditedCell{};
-    const bool right = cell.stands_right;
-    if (name_ != cell.name) {
-        name_ = cell.name;
-        SetLabel(text_label_, name_);
-    }
-    if (right != right_) {
-        // the other text box becomes IPText, with the same text
-        const std::wstring text = Text();
-        SetVisible(TextWindow(), false);
-        text_visible_ = false;
-        right_ = right;
-        setting_text_ = true;
-        SetWindowTextW(TextWindow(), text.c_str());
-        setting_text_ = false;
-        SetMaxLength(max_length_);
-    }
-    const RECT pixels = ToPixels(scale_, rect);
-    RECT& placed = text_rect_[right_ ? 1 : 0];
-    if (EqualRect(&pixels, &placed)) return;
-    Place(TextWindow(), pixels);
-    placed = pixels;
+// The one of the two text boxes that is not IPText becomes it, with the same text.
+void WindowEditor::MakeIPText(bool right) {
+    const std::wstring text = Text();
+    SetVisible(TextWindow(), false);
+    text_visible_ = false;
+    right_ = right;
+    setting_text_ = true;
+    SetWindowTextW(TextWindow(), text.c_str());
+    setting_text_ = false;
+    SetMaxLength(max_length_);
 }
 
 void WindowEditor::ShowText() {
@@ -223,18 +235,11 @@ void WindowEditor::SetMaxLength(std::int32_t length) {
     SendMessageW(TextWindow(), EM_SETLIMITTEXT, static_cast<WPARAM>(length), 0);
 }
 
-std::int32_t WindowEditor::SelStart() const {
+IEditorView::Range WindowEditor::Selection() const {
     DWORD start = 0, end = 0;
     SendMessageW(TextWindow(), EM_GETSEL, reinterpret_cast<WPARAM>(&start),
                  reinterpret_cast<LPARAM>(&end));
-    return static_cast<std::int32_t>(start);
-}
-
-std::int32_t WindowEditor::SelLength() const {
-    DWORD start = 0, end = 0;
-    SendMessageW(TextWindow(), EM_GETSEL, reinterpret_cast<WPARAM>(&start),
-                 reinterpret_cast<LPARAM>(&end));
-    return static_cast<std::int32_t>(end - start);
+    return {static_cast<std::int32_t>(start), static_cast<std::int32_t>(end - start)};
 }
 
 void WindowEditor::Select(std::int32_t start, std::int32_t length) {
@@ -245,13 +250,9 @@ bool WindowEditor::ParentActive() const noexcept {
     return GetActiveWindow() == parent_;
 }
 
-void WindowEditor::FocusText() {
+void WindowEditor::Focus() {
     // an inactive window takes the focus when it is activated; it never takes it from the host
     if (ParentActive()) SetFocus(TextWindow());
-}
-
-void WindowEditor::ForgetUndo() {
-    SendMessageW(TextWindow(), EM_EMPTYUNDOBUFFER, 0, 0);
 }
 
 void WindowEditor::TakeKey(int key_code) {
@@ -274,21 +275,13 @@ void WindowEditor::OnEditKey(EditKey key, HWND focus) noexcept {
 
 // --- IPComboButton
 
-Twips WindowEditor::ComboButtonWidth() const {
-    return kComboButtonWidth;
-}
-
-void WindowEditor::MoveComboButton(const TwipsRect& rect) {
-    Place(button_, ToPixels(scale_, rect));
-}
-
-void WindowEditor::ShowComboButton(bool visible) {
+void WindowEditor::ShowButton(bool visible) {
     if (button_visible_ == visible) return;
     button_visible_ = visible;
     SetVisible(button_, visible);
 }
 
-void WindowEditor::DrawComboButton(bool pressed) {
+void WindowEditor::DrawButton(bool pressed) {
     button_pressed_ = pressed;
     RedrawWindow(button_, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
 }
@@ -303,58 +296,58 @@ void WindowEditor::PaintButton(HDC dc) const {
 
 // --- IPComboList
 
-Twips WindowEditor::ComboListHeight() const {
-    return kListRows * kListRow + scale_.ToTwips(2 * GetSystemMetrics(SM_CYBORDER));
+Twips WindowEditor::ListHeight() const {
+    return kListRows * kListRowHeight + scale_.ToTwips(2 * GetSystemMetrics(SM_CYBORDER));
 }
 
-void WindowEditor::MoveComboList(Twips left, Twips top) {
+void WindowEditor::OpenList(const TwipsPoint& at, std::int32_t selected) {
     const int height = kListRows * static_cast<int>(SendMessageW(list_, LB_GETITEMHEIGHT, 0, 0)) +
                        2 * GetSystemMetrics(SM_CYBORDER);
-    const POINT at{scale_.ToPixels(left), scale_.ToPixels(top)};
-    Place(list_, {at.x, at.y, at.x + scale_.ToPixels(kListWidth), at.y + height});
+    const POINT corner{scale_.ToPixels(at.x), scale_.ToPixels(at.y)};
+    Place(list_, {corner.x, corner.y, corner.x + scale_.ToPixels(kListWidth), corner.y + height});
+    SetListIndex(selected);
+    list_visible_ = true;
+    SetLabel(list_label_, name_);
+    RaiseLabelled(list_, list_label_);
+    if (ParentActive()) SetFocus(list_);
+    DrawButton(true);
+    EnableSetFocusTimer(true);
 }
 
-void WindowEditor::ShowComboList(bool visible) {
-    if (!visible && list_visible_ && GetFocus() == list_) {
+void WindowEditor::CloseList() {
+    if (list_visible_ && GetFocus() == list_) {
         list_visible_ = false;  // losing the focus must not hide the list once more
         SetFocus(background_visible_ ? TextWindow() : grid_);
     }
-    list_visible_ = visible;
-    if (visible) {
-        SetLabel(list_label_, name_);
-        RaiseLabelled(list_, list_label_);
-    } else {
-        SetVisible(list_, false);
+    list_visible_ = false;
+    SetVisible(list_, false);
+    DrawButton(false);
+}
+
+std::vector<std::wstring> WindowEditor::ListEntries() const {
+    std::vector<std::wstring> entries;
+    const LRESULT count = SendMessageW(list_, LB_GETCOUNT, 0, 0);
+    for (LRESULT i = 0; i < count; ++i) {
+        const auto index = static_cast<WPARAM>(i);
+        const LRESULT length = SendMessageW(list_, LB_GETTEXTLEN, index, 0);
+        if (length == LB_ERR) RaiseRuntimeError(runtime_error::kSubscriptOutOfRange);
+        std::wstring text(static_cast<std::size_t>(length) + 1, L'\0');
+        SendMessageW(list_, LB_GETTEXT, index, reinterpret_cast<LPARAM>(text.data()));
+        text.resize(static_cast<std::size_t>(length));
+        entries.push_back(std::move(text));
     }
+    return entries;
 }
 
-std::int32_t WindowEditor::ComboListCount() const {
-    return static_cast<std::int32_t>(SendMessageW(list_, LB_GETCOUNT, 0, 0));
-}
-
-std::wstring WindowEditor::ComboListText(std::int32_t index) const {
-    const LRESULT length = SendMessageW(list_, LB_GETTEXTLEN, static_cast<WPARAM>(index), 0);
-    if (length == LB_ERR) RaiseRuntimeError(runtime_error::kSubscriptOutOfRange);
-    std::wstring text(static_cast<std::size_t>(length) + 1, L'\0');
-    SendMessageW(list_, LB_GETTEXT, static_cast<WPARAM>(index),
-                 reinterpret_cast<LPARAM>(text.data()));
-    text.resize(static_cast<std::size_t>(length));
-    return text;
-}
-
-std::int32_t WindowEditor::ComboListIndex() const {
+std::int32_t WindowEditor::ListIndex() const {
     return static_cast<std::int32_t>(SendMessageW(list_, LB_GETCURSEL, 0, 0));
 }
 
-void WindowEditor::SetComboListIndex(std::int32_t index) {
+void WindowEditor::SetListIndex(std::int32_t index) {
     SendMessageW(list_, LB_SETCURSEL, static_cast<WPARAM>(index), 0);
 }
 
-void WindowEditor::FocusComboList() {
-    if (ParentActive()) SetFocus(list_);
-}
-
-bool WindowEditor::ComboListHasFocus() const {
+bool WindowEditor::ListHasFocus() const {
     return GetFocus() == list_;
 }
 

@@ -7,21 +7,16 @@
 // where it stood in the cell.
 #pragma once
 
-#include <functional>
 #include <string>
+#include <vector>
 
+#include "basket/edit/editor_view.h"
 #include "basket/view.h"
 #include "basket/window/handles_win.h"
 
 namespace demovex {
 
 class BasketWindowImpl;
-
-// What the text box needs to know of the cell that it lies on.
-struct EditedCell {
-    bool stands_right = false;  // the cell's text
-    std::wstring name;          // what assistive programs call the cell
-};
 
 class WindowEditor final : public IEditorView {
   public:
@@ -33,9 +28,8 @@ class WindowEditor final : public IEditorView {
     };
 
     // Creates the controls, hidden. What happens to them is forwarded to the form by
-    // `window`, which outlives this object; `cell` tells of the grid's current cell. Raises 7.
-    WindowEditor(const Settings& settings, BasketWindowImpl& window,
-                 std::function<EditedCell()> cell);
+    // `window`, which outlives this object. Raises 7.
+    WindowEditor(const Settings& settings, BasketWindowImpl& window);
     ~WindowEditor() override;
     WindowEditor(const WindowEditor&) = delete;
     WindowEditor& operator=(const WindowEditor&) = delete;
@@ -65,38 +59,28 @@ class WindowEditor final : public IEditorView {
     HWND ComboList() const noexcept { return list_; }
 
     // IEditorView
-    void MoveBackground(const TwipsRect& rect) override;
-    void ShowBackground(bool visible) override;
-    bool BackgroundVisible() const override { return background_visible_; }
-    void HoldBackground(bool hold) override;
-    void MoveText(const TwipsRect& rect) override;
-    void ShowText() override;
+    void Open(const Cell& cell) override;
+    void Realign(const Cell& cell) override;
+    void Close() override;
+    bool IsOpen() const override { return background_visible_; }
+    void Hold(bool hold) override;
     std::wstring Text() const override;
     void SetText(std::wstring_view text) override;
-    void SetMaxLength(std::int32_t length) override;
-    std::int32_t SelStart() const override;
-    std::int32_t SelLength() const override;
+    Range Selection() const override;
     void Select(std::int32_t start, std::int32_t length) override;
-    void FocusText() override;
-    void ForgetUndo() override;
+    void Focus() override;
+    void StopSetFocusTimer() override { EnableSetFocusTimer(false); }
     void TakeKey(int key_code) override;
     void TakeCharacter(wchar_t character) override;
-    Twips ComboButtonWidth() const override;
-    void MoveComboButton(const TwipsRect& rect) override;
-    void ShowComboButton(bool visible) override;
-    bool ComboButtonVisible() const override { return button_visible_ && background_visible_; }
-    void DrawComboButton(bool pressed) override;
-    Twips ComboListHeight() const override;
-    void MoveComboList(Twips left, Twips top) override;
-    void ShowComboList(bool visible) override;
-    bool ComboListVisible() const override { return list_visible_; }
-    std::int32_t ComboListCount() const override;
-    std::wstring ComboListText(std::int32_t index) const override;
-    std::int32_t ComboListIndex() const override;
-    void SetComboListIndex(std::int32_t index) override;
-    void FocusComboList() override;
-    bool ComboListHasFocus() const override;
-    void EnableSetFocusTimer(bool enabled) override;
+    bool OffersList() const override { return button_visible_ && background_visible_; }
+    Twips ListHeight() const override;
+    std::vector<std::wstring> ListEntries() const override;
+    void OpenList(const TwipsPoint& at, std::int32_t selected) override;
+    void CloseList() override;
+    bool ListIsOpen() const override { return list_visible_; }
+    std::int32_t ListIndex() const override;
+    void SetListIndex(std::int32_t index) override;
+    bool ListHasFocus() const override;
 
   private:
     static LRESULT CALLBACK PictureProc(HWND, UINT, WPARAM, LPARAM) noexcept;
@@ -117,14 +101,20 @@ class WindowEditor final : public IEditorView {
     void FollowOverhang();
     void OnTextChanged();
     void Tick() noexcept;
+    void ShowBackground();
     void HideBackground();
+    void MakeIPText(bool right);
+    void ShowText();
+    void SetMaxLength(std::int32_t length);
+    void ShowButton(bool visible);
+    void DrawButton(bool pressed);
+    void EnableSetFocusTimer(bool enabled);
     bool ParentActive() const noexcept;
 
     HWND parent_;
     HWND grid_ = nullptr;
     Scale scale_;
     BasketWindowImpl& window_;
-    std::function<EditedCell()> cell_;
     HWND background_ = nullptr;
     HWND text_[2] = {nullptr, nullptr};  // left- and right-aligned
     HWND button_ = nullptr;

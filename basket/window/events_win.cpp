@@ -221,9 +221,9 @@ void BasketWindowImpl::OnActivate(bool active) {
 
 void BasketWindowImpl::RestoreFocus() noexcept {
     if (!grid_ || !editor_ || IsIconic(window_)) return;
-    if (editor_->ComboListVisible()) {
+    if (editor_->ListIsOpen()) {
         SetFocus(editor_->ComboList());
-    } else if (editor_->BackgroundVisible()) {
+    } else if (editor_->IsOpen()) {
         SetFocus(editor_->TextWindow());
     } else {
         SetFocus(grid_->Handle());

@@ -164,11 +164,7 @@ void BasketWindowImpl::CreateControls() {
     SetWindowTextW(grid_->Handle(), L"Warenkorb");  // its name for assistive programs
     ShowWindow(grid_->Handle(), SW_SHOWNA);
     editor_ = std::make_unique<WindowEditor>(
-        WindowEditor::Settings{window_, module_, scale_, font_.get()}, *this, [this] {
-            const FlexGrid& grid = grid_->Grid();
-            return EditedCell{grid.StandsRight(grid.Row(), grid.Col()),
-                              CellName(grid, grid.Row(), grid.Col())};
-        });
+        WindowEditor::Settings{window_, module_, scale_, font_.get()}, *this);
     editor_->SetGrid(grid_->Handle());
     form_ = std::make_unique<TestLibForm>(grid_->Grid(), *this, *services_);
     form_->moLibrary = owner_.get();
@@ -272,6 +268,13 @@ void BasketWindowImpl::Destroy() noexcept {
 // The window goes, for whatever reason; its controls have gone.
 void BasketWindowImpl::OnDestroy() noexcept {
     hook_.reset();
+    if (initialised_) {
+        try {
+            *last_caption_ = form_->Caption();
+        } catch (...) {
+            // the last caption is an empty one then
+        }
+    }
     IBasketOwner* const untold = form_ ? std::exchange(form_->moLibrary, nullptr) : nullptr;
     if (initialised_ && untold != nullptr) {
         // the host or the system has destroyed the window without asking

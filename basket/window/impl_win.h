@@ -58,6 +58,8 @@ class BasketWindowImpl final : public std::enable_shared_from_this<BasketWindowI
     std::shared_ptr<TestLibForm> Form();
     FlexGrid& Liste() { return grid_->Grid(); }
     HWND Handle() const noexcept { return window_; }
+    // Where the caption is written when the window goes; outlives the window.
+    std::shared_ptr<const std::wstring> LastCaption() const { return last_caption_; }
 
     // The edge between the system and the form: runs `call` with the form, if there still is one.
     // Whatever it raises is shown to the user and goes no further. The window may be gone
@@ -156,6 +158,7 @@ class BasketWindowImpl final : public std::enable_shared_from_this<BasketWindowI
     std::shared_ptr<IBasketOwner> owner_;
     std::shared_ptr<BasketWindowImpl> self_;
     HWND window_ = nullptr;
+    std::shared_ptr<std::wstring> last_caption_ = std::make_shared<std::wstring>();
     Scale scale_;
     LOGFONTW font_shape_{};
     UniqueFont former_font_;

@@ -1,9 +1,11 @@
 // The exported entry points of DemoVexClient.dll.
 #include <windows.h>
 
+#include <memory>
+#include <utility>
+
 #include "basket/window/basket_window_win.h"
 #include "client/class_factory_win.h"
-#include "client/dll/window_port_win.h"
 #include "client/guard_win.h"
 #include "client/install_win.h"
 #include "client/module_win.h"
@@ -12,10 +14,19 @@
 
 namespace {
 
+// A new hidden basket window, which holds `owner` and the module until it has closed. Raises 7 when
+// the system refuses a window.
+std::shared_ptr<demovex::IBasketWindow> CreateBasketWindow(
+    std::shared_ptr<demovex::IBasketOwner> owner) {
+    demovex::PinModule();
+    return demovex::BasketWindow::Create(demovex::Module(), std::move(owner),
+                                         std::make_shared<demovex::ModuleLock>());
+}
+
 // What every Client works with, made anew for each.
 demovex::ClientParts RealParts() {
     return {std::make_shared<demovex::WinTextService>(), std::make_shared<demovex::WinSound>(),
-            demovex::ModuleFolder(), demovex::CreateBasketWindow};
+            demovex::ModuleFolder(), CreateBasketWindow};
 }
 
 }  // namespace

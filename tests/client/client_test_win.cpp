@@ -39,7 +39,7 @@ class ClientTest : public testing::Test {
 
     ClientParts Parts() {
         return {std::make_shared<FakeTextService>(), sound, L"C:\\Vexmart",
-                [this](std::shared_ptr<IBasketOwner> owner) -> std::shared_ptr<IClientWindow> {
+                [this](std::shared_ptr<IBasketOwner> owner) -> std::shared_ptr<IBasketWindow> {
                     auto window = std::make_shared<FakeClientWindow>(windows.log);
                     if (!windows.log.fail_initialize) windows.owners.push_back(std::move(owner));
                     return window;

@@ -24,7 +24,7 @@ struct WindowLog {
     std::wstring caption = L"Vexmart Demo Warenkorb 1.1";
 };
 
-class FakeClientWindow final : public IClientWindow {
+class FakeClientWindow final : public IBasketWindow {
   public:
     explicit FakeClientWindow(WindowLog& log) : log_(log), number_(++log.created) { ++log_.alive; }
     ~FakeClientWindow() override { --log_.alive; }

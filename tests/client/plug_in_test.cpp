@@ -15,7 +15,7 @@ class PlugInTest : public testing::Test {
     FakeTextService text;
     FakeSound sound;
     WindowLog log;
-    PlugIn plug_in{{text, sound, L"C:\\Vexmart", [this]() -> std::shared_ptr<IClientWindow> {
+    PlugIn plug_in{{text, sound, L"C:\\Vexmart", [this]() -> std::shared_ptr<IBasketWindow> {
                         if (log.fail_create) RaiseRuntimeError(log.fail_create);
                         return std::make_shared<FakeClientWindow>(log);
                     }}};

@@ -100,7 +100,7 @@ class FakeBasketView final : public IBasketView, public IEditorView {
     std::vector<std::wstring> list_entries;
     std::int32_t list_index = -1;
     bool timer_enabled = false;
-    enum class Focus { kGrid, kText, kList, kElsewhere } focus = Focus::kGrid;
+    enum class FocusPlace { kGrid, kText, kList, kElsewhere } focus = FocusPlace::kGrid;
 
     // --- the user
     // A key in the text box. Answers whether the form left it to the text box.
@@ -178,14 +178,30 @@ class FakeBasketView final : public IBasketView, public IEditorView {
     }
 
     // --- IEditorView
-    void MoveBackground(const TwipsRect& rect) override { background_rect = rect; }
-    void ShowBackground(bool visible) override {
-        background_visible = visible;
-        if (!visible && focus == Focus::kText) focus = Focus::kGrid;
+    void Open(const Cell& cell) override {
+        Realign(cell);
+        max_length = cell.max_length;
+        SetText(cell.text);
+        undo.clear();
+        text_visible = true;
+        button_visible = cell.offers_list;
+        if (button_visible) DrawButton(false);
+        background_visible = true;
+        Select(0, static_cast<std::int32_t>(text.size()));
+        timer_enabled = true;
     }
-    bool BackgroundVisible() const override { return background_visible; }
-    void MoveText(const TwipsRect& rect) override { text_rect = rect; }
-    void ShowText() override { text_visible = true; }
+    void Realign(const Cell& cell) override {
+        const EditorLayout layout = LayOutEditor(cell.rect, cell.offers_list ? button_width : 0);
+        background_rect = cell.rect;
+        text_rect = layout.text;
+        if (cell.offers_list) button_rect = layout.button;
+    }
+    void Close() override {
+        timer_enabled = false;
+        background_visible = false;
+        if (focus == FocusPlace::kText) focus = FocusPlace::kGrid;
+    }
+    bool IsOpen() const override { return background_visible; }
     std::wstring Text() const override { return text; }
     void SetText(std::wstring_view new_text) override {
         if (text == new_text) return;
@@ -195,41 +211,35 @@ class FakeBasketView final : public IBasketView, public IEditorView {
         sel_length = 0;
         if (form != nullptr) form->IPText_Change();
     }
-    void SetMaxLength(std::int32_t length) override { max_length = length; }
-    std::int32_t SelStart() const override { return sel_start; }
-    std::int32_t SelLength() const override { return sel_length; }
+    Range Selection() const override { return {sel_start, sel_length}; }
     void Select(std::int32_t start, std::int32_t length) override {
         const auto size = static_cast<std::int32_t>(text.size());
         sel_start = std::clamp(start, 0, size);
         sel_length = std::clamp(length, 0, size - sel_start);
     }
-    void FocusText() override { focus = Focus::kText; }
-    void ForgetUndo() override { undo.clear(); }
+    void Focus() override { focus = FocusPlace::kText; }
+    void StopSetFocusTimer() override { timer_enabled = false; }
     void TakeKey(int key_code) override { Press(key_code); }
     void TakeCharacter(wchar_t character) override { Type(std::wstring(1, character)); }
-    Twips ComboButtonWidth() const override { return button_width; }
-    void MoveComboButton(const TwipsRect& rect) override { button_rect = rect; }
-    void ShowComboButton(bool visible) override { button_visible = visible; }
-    bool ComboButtonVisible() const override { return button_visible && background_visible; }
-    void DrawComboButton(bool pressed) override {
-        button_pressed = pressed;
-        ++button_draws;
+    bool OffersList() const override { return button_visible && background_visible; }
+    Twips ListHeight() const override { return list_height; }
+    std::vector<std::wstring> ListEntries() const override { return list_entries; }
+    void OpenList(const TwipsPoint& at, std::int32_t selected) override {
+        list_at = at;
+        list_index = selected;
+        list_visible = true;
+        focus = FocusPlace::kList;
+        DrawButton(true);
+        timer_enabled = true;
     }
-    Twips ComboListHeight() const override { return list_height; }
-    void MoveComboList(Twips left, Twips top) override { list_at = {left, top}; }
-    void ShowComboList(bool visible) override { list_visible = visible; }
-    bool ComboListVisible() const override { return list_visible; }
-    std::int32_t ComboListCount() const override {
-        return static_cast<std::int32_t>(list_entries.size());
+    void CloseList() override {
+        list_visible = false;
+        DrawButton(false);
     }
-    std::wstring ComboListText(std::int32_t index) const override {
-        return list_entries.at(static_cast<std::size_t>(index));
-    }
-    std::int32_t ComboListIndex() const override { return list_index; }
-    void SetComboListIndex(std::int32_t index) override { list_index = index; }
-    void FocusComboList() override { focus = Focus::kList; }
-    bool ComboListHasFocus() const override { return focus == Focus::kList; }
-    void EnableSetFocusTimer(bool enabled) override { timer_enabled = enabled; }
+    bool ListIsOpen() const override { return list_visible; }
+    std::int32_t ListIndex() const override { return list_index; }
+    void SetListIndex(std::int32_t index) override { list_index = index; }
+    bool ListHasFocus() const override { return focus == FocusPlace::kList; }
 
     // --- IBasketView
     IEditorView& Editor() override { return *this; }
@@ -277,6 +287,10 @@ class FakeBasketView final : public IBasketView, public IEditorView {
     void RequestClose() override { ++close_requests; }
 
   private:
+    void DrawButton(bool pressed) {
+        button_pressed = pressed;
+        ++button_draws;
+    }
     void Erase() {
         if (sel_length == 0 && sel_start > 0) {
             --sel_start;

@@ -52,7 +52,7 @@ TEST_F(CellEditorTest, LiesExactlyOverItsCell) {
     EXPECT_EQ(basket.view.background_rect, cell);
     EXPECT_EQ(basket.view.text_rect, (TwipsRect{45, 15, cell.width - 45, cell.height - 15}));
     EXPECT_EQ(basket.grid.FocusRect(), FocusRectStyle::kNone);
-    EXPECT_FALSE(basket.view.ComboButtonVisible());
+    EXPECT_FALSE(basket.view.OffersList());
 }
 
 TEST_F(CellEditorTest, ShowsTheCellsTextWhollySelectedAndTakesTheFocusOnTheTimer) {
@@ -62,9 +62,9 @@ TEST_F(CellEditorTest, ShowsTheCellsTextWhollySelectedAndTakesTheFocusOnTheTimer
     EXPECT_EQ(basket.view.sel_length, 1);
     EXPECT_TRUE(basket.view.text_visible);
     EXPECT_TRUE(basket.view.timer_enabled);
-    EXPECT_NE(basket.view.focus, View::Focus::kText);
+    EXPECT_NE(basket.view.focus, View::FocusPlace::kText);
     basket.view.Tick();
-    EXPECT_EQ(basket.view.focus, View::Focus::kText);
+    EXPECT_EQ(basket.view.focus, View::FocusPlace::kText);
     EXPECT_FALSE(basket.view.timer_enabled);
 }
 

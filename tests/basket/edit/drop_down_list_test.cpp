@@ -21,7 +21,7 @@ class DropDownList : public CellEditorTest {
 };
 
 TEST_F(DropDownList, ACellThatOffersAListShowsTheButtonAtItsRightEdge) {
-    EXPECT_TRUE(basket.view.ComboButtonVisible());
+    EXPECT_TRUE(basket.view.OffersList());
     EXPECT_FALSE(basket.view.button_pressed);
     EXPECT_GT(basket.view.button_draws, 0);
     const TwipsRect cell = basket.view.background_rect;
@@ -29,7 +29,7 @@ TEST_F(DropDownList, ACellThatOffersAListShowsTheButtonAtItsRightEdge) {
                                                   basket.view.button_width, cell.height}));
     EXPECT_EQ(basket.view.text_rect.width, cell.width - 45 - basket.view.button_width);
     basket.Click(2, column::kArtNr);
-    EXPECT_FALSE(basket.view.ComboButtonVisible());
+    EXPECT_FALSE(basket.view.OffersList());
 }
 
 TEST_F(DropDownList, OpensBelowTheCellOnItsEntryWithTheFocus) {
@@ -39,7 +39,7 @@ TEST_F(DropDownList, OpensBelowTheCellOnItsEntryWithTheFocus) {
               (TwipsPoint{basket.grid.CellLeft(),
                           basket.view.grid_rect.top + basket.grid.CellTop() + 225}));
     EXPECT_EQ(basket.view.list_index, 1);  // "3"
-    EXPECT_EQ(basket.view.focus, View::Focus::kList);
+    EXPECT_EQ(basket.view.focus, View::FocusPlace::kList);
     EXPECT_TRUE(basket.view.button_pressed);
     EXPECT_TRUE(basket.view.timer_enabled);
 }
@@ -164,7 +164,7 @@ TEST_F(DropDownList, LosesItselfWithTheFocusOnTheTimer) {
     basket.view.Tick();
     EXPECT_TRUE(basket.view.list_visible);
     EXPECT_TRUE(basket.view.timer_enabled);  // keeps watching
-    basket.view.focus = View::Focus::kElsewhere;
+    basket.view.focus = View::FocusPlace::kElsewhere;
     basket.view.Tick();
     EXPECT_FALSE(basket.view.list_visible);
     EXPECT_FALSE(basket.view.timer_enabled);

@@ -33,12 +33,12 @@ class EditorReopen : public CellEditorTest {
     // The editor has been closed over its cell by something else than leaving it.
     void Close() {
         basket.form.CommitCellEdit();
-        basket.view.focus = View::Focus::kGrid;
+        basket.view.focus = View::FocusPlace::kGrid;
         ASSERT_FALSE(basket.view.EditorOpen());
     }
     bool OpenAt(std::int32_t row, std::int32_t col) {
         return basket.view.EditorOpen() && basket.form.State().EditRow == row &&
-               basket.form.State().EditCol == col && basket.view.focus == View::Focus::kText;
+               basket.form.State().EditCol == col && basket.view.focus == View::FocusPlace::kText;
     }
 };
 
@@ -87,10 +87,10 @@ TEST_F(EditorReopen, ControlCharactersOpenNothing) {
 TEST_F(EditorReopen, WithAnOpenEditorCharactersInTheGridGoToTheText) {
     basket.Click(2, column::kBezeichnung);
     basket.view.Type(L"Vas");
-    basket.view.focus = View::Focus::kGrid;
+    basket.view.focus = View::FocusPlace::kGrid;
     EXPECT_TRUE(GridType(L'e'));
     EXPECT_EQ(basket.view.text, L"Vase");
-    EXPECT_EQ(basket.view.focus, View::Focus::kText);
+    EXPECT_EQ(basket.view.focus, View::FocusPlace::kText);
     EXPECT_TRUE(GridType(L'\b'));
     EXPECT_EQ(basket.view.text, L"Vas");
     basket.view.Select(0, 1);

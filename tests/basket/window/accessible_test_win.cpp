@@ -102,7 +102,7 @@ TEST_F(WindowAccessible, TheListIsLabelledWhenItOpens) {
     BasketWindowFixture basket;
     basket.Link(L"");
     ASSERT_TRUE(basket.EditorOpen());
-    basket.window->View().Editor().ShowComboList(true);
+    basket.window->View().Editor().OpenList({}, -1);
     const HWND list = basket.Child(child_id::kIPComboList);
     ASSERT_TRUE(IsWindowVisible(list));
     const HWND label = GetWindow(list, GW_HWNDPREV);
@@ -110,7 +110,7 @@ TEST_F(WindowAccessible, TheListIsLabelledWhenItOpens) {
     RECT extent{};
     GetWindowRect(label, &extent);
     EXPECT_EQ(extent.right, extent.left);  // nothing to be seen
-    basket.window->View().Editor().ShowComboList(false);
+    basket.window->View().Editor().CloseList();
 }
 
 // The system's object for a toolbar names its buttons by their texts, which are never painted.
