@@ -53,6 +53,21 @@ std::wstring_view StandardDescription(std::int32_t number) noexcept {
     }
 }
 
+CaughtError CurrentError() noexcept {
+    const auto standard = [](std::int32_t number) {
+        return CaughtError{number, {}, StandardDescription(number)};
+    };
+    try {
+        throw;
+    } catch (const Error& error) {
+        return {error.number(), error.source(), error.description()};
+    } catch (const std::bad_alloc&) {
+        return standard(runtime_error::kOutOfMemory);
+    } catch (...) {
+        return standard(runtime_error::kInvalidProcedureCall);
+    }
+}
+
 void RaiseRuntimeError(std::int32_t number) {
     throw Error(number, {}, std::wstring(StandardDescription(number)));
 }

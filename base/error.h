@@ -2,12 +2,15 @@
 //
 // Run-time errors carry their classic numbers (5, 6, 9, 11, 13, 53, ...) and the standard
 // description; the component's own errors carry kOwnError and say where they were raised. At every
-// edge to the system or the host the error is converted once (client/ for COM, basket/ for the
-// window procedure); nothing else catches to swallow.
+// edge where the system or a host calls us, whatever was raised becomes a report once, by
+// CurrentError. Inside, an error is caught where it says something that is not wrong (a text that
+// is no number), or where what was begun must be finished whatever becomes of a part of it.
 #pragma once
 
 #include <cstdint>
 #include <exception>
+#include <new>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -60,6 +63,31 @@ class Error : public std::exception {
 // The standard description of a run-time error, in English; "Application-defined or object-defined
 // error" for a number that has none.
 std::wstring_view StandardDescription(std::int32_t number) noexcept;
+
+// What is told of an exception at an edge. The texts are those of the exception being handled, or
+// standing ones: they last until its handler ends.
+struct CaughtError {
+    std::int32_t number = 0;
+    std::wstring_view source;
+    std::wstring_view description;
+};
+// The exception being handled: an Error as it is, memory that ran out as error 7, anything else as
+// error 5. Call it from a handler only.
+CaughtError CurrentError() noexcept;
+
+// Runs `step` and says what went wrong, when that was an Error or memory that ran out; anything
+// else passes on.
+template <typename Step>
+[[nodiscard]] std::optional<std::wstring> FailureOf(Step&& step) {
+    try {
+        step();
+        return std::nullopt;
+    } catch (const Error& error) {
+        return error.description();
+    } catch (const std::bad_alloc&) {
+        return std::wstring(StandardDescription(runtime_error::kOutOfMemory));
+    }
+}
 
 // Raises the run-time error `number` with its standard description and an empty source.
 [[noreturn]] void RaiseRuntimeError(std::int32_t number);

@@ -3,12 +3,13 @@
 #include <algorithm>
 #include <cmath>
 #include <memory>
-#include <new>
+#include <optional>
 #include <utility>
 
 #include "base/checked.h"
 #include "base/error.h"
 #include "base/round.h"
+#include "base/scope_guard.h"
 #include "basket/rows/columns.h"
 
 namespace demovex {
@@ -39,18 +40,6 @@ std::int32_t PrintedWidth(Twips width, std::int32_t page_width, std::int32_t tot
 bool IsHighSurrogate(wchar_t c) {
     return (static_cast<std::uint32_t>(c) & 0xFFFFFC00U) == 0xD800U;
 }
-
-// Sets a flag for as long as it lives.
-class FlagWhile {
-  public:
-    explicit FlagWhile(bool& flag) : flag_(flag) { flag_ = true; }
-    ~FlagWhile() { flag_ = false; }
-    FlagWhile(const FlagWhile&) = delete;
-    FlagWhile& operator=(const FlagWhile&) = delete;
-
-  private:
-    bool& flag_;
-};
 
 }  // namespace
 
@@ -102,25 +91,16 @@ Printing::Printing(BasketContext& context, std::function<void()> commit_cell_edi
 
 void Printing::mnuDateiDrucken_Click() {
     if (printing_) return;
-    std::wstring failure;
-    bool failed = false;
+    std::optional<std::wstring> failure;
     {
         const FlagWhile busy(printing_);
         window_.CommitCellEdit();
         const std::wstring status = window_.StatusText();
-        try {
-            Print();
-        } catch (const Error& error) {
-            failed = true;
-            failure = error.description();
-        } catch (const std::bad_alloc&) {
-            failed = true;
-            failure = StandardDescription(runtime_error::kOutOfMemory);
-        }
+        failure = FailureOf([this] { Print(); });
         window_.SetStatusText(status);
     }
     // last, because anything may happen while the box is open
-    if (failed) ShowFailure(failure);
+    if (failure) ShowFailure(*failure);
 }
 
 void Printing::Print() {

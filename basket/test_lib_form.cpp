@@ -5,6 +5,7 @@
 
 #include "base/error.h"
 #include "base/one_line.h"
+#include "base/scope_guard.h"
 #include "basket/commands/row_commands.h"
 #include "basket/commands/view_commands.h"
 #include "basket/document/clipboard_text.h"
@@ -129,11 +130,7 @@ bool TestLibForm::Form_Unload() {
     Rooms& r = *rooms_;
     // A second wish to close while the first still asks its question.
     if (r.unloading) return true;
-    struct Unloading {
-        bool& flag;
-        ~Unloading() { flag = false; }
-    } unloading{r.unloading};
-    r.unloading = true;
+    const FlagWhile unloading(r.unloading);
 
     r.editor.CloseEditor();
     bool cancel = false;
@@ -141,7 +138,7 @@ bool TestLibForm::Form_Unload() {
     if (cancel) return true;
     // Neither a settings store that refuses nor a host that fails keeps the window open: it says so
     // and goes.
-    const auto go_on = [&r](auto&& step) {
+    const auto carry_on = [&r](auto&& step) {
         try {
             step();
         } catch (const Error& error) {
@@ -149,10 +146,10 @@ bool TestLibForm::Form_Unload() {
                                              MessageButtons::kOk, MessageIcon::kExclamation);
         }
     };
-    go_on([&] { r.view_commands.WriteSettings(); });
+    carry_on([&] { r.view_commands.WriteSettings(); });
     // let go of first: the host may destroy the window from within, and is not told again then
     if (IBasketOwner* const owner = std::exchange(moLibrary, nullptr)) {
-        go_on([owner] { owner->ClientClosing(); });
+        carry_on([owner] { owner->ClientClosing(); });
     }
     return false;
 }

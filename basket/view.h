@@ -9,10 +9,10 @@
 #include <string>
 #include <string_view>
 
+#include "base/geometry.h"
 #include "basket/commands/commands.h"
 #include "basket/edit/editor_view.h"
 #include "grid/flex_grid.h"
-#include "grid/geometry.h"
 
 namespace demovex {
 

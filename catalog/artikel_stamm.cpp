@@ -26,18 +26,11 @@ ArtikelStamm::ArtikelStamm(IFileSystem& files, const ITextService& text) noexcep
 ArtikelStamm::~ArtikelStamm() = default;
 
 void ArtikelStamm::OpenFile(const std::wstring& Path) {
-    std::wstring cause;
-    try {
-        OpenAndIndex(Path);
-        return;
-    } catch (const Error& error) {
-        cause = error.description();
-    } catch (const std::bad_alloc&) {
-        cause = StandardDescription(runtime_error::kOutOfMemory);
-    }
+    const auto cause = FailureOf([&] { OpenAndIndex(Path); });
+    if (!cause) return;
     file_.reset();
     RaiseOwnError(L"Artikelstamm::OpenFile",
-                  L"Artikelstamm (" + Path + L") kann nicht geladen werden: " + cause);
+                  L"Artikelstamm (" + Path + L") kann nicht geladen werden: " + *cause);
 }
 
 void ArtikelStamm::OpenAndIndex(const std::wstring& path) {

@@ -22,16 +22,6 @@ HRESULT ClassFactory::QueryInterface(REFIID iid, void** object) noexcept {
     return S_OK;
 }
 
-ULONG ClassFactory::AddRef() noexcept {
-    return ++references_;
-}
-
-ULONG ClassFactory::Release() noexcept {
-    const ULONG left = --references_;
-    if (left == 0) delete this;
-    return left;
-}
-
 HRESULT ClassFactory::CreateInstance(IUnknown* outer, REFIID iid, void** object) noexcept {
     if (!object) return ReportNullPointer(IID_IClassFactory);
     *object = nullptr;

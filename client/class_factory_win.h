@@ -5,22 +5,19 @@
 
 #include <unknwn.h>
 
-#include <atomic>
 #include <functional>
 
 #include "client/client_win.h"
 
 namespace demovex {
 
-class ClassFactory final : public IClassFactory {
+class ClassFactory final : public Counted<ClassFactory, IClassFactory> {
   public:
     // A new factory with one reference, which is the caller's. `make_parts` is asked once per
     // object; what it raises fails the creation.
     static ComPtr<ClassFactory> Create(std::function<ClientParts()> make_parts);
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) noexcept override;
-    ULONG STDMETHODCALLTYPE AddRef() noexcept override;
-    ULONG STDMETHODCALLTYPE Release() noexcept override;
 
     // Aggregation is refused.
     HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, REFIID iid,
@@ -29,10 +26,10 @@ class ClassFactory final : public IClassFactory {
 
   private:
     explicit ClassFactory(std::function<ClientParts()> make_parts);
+    friend Counted;
     ~ClassFactory() = default;
 
     ModuleLock lock_;
-    std::atomic<ULONG> references_{1};
     std::function<ClientParts()> make_parts_;
 };
 

@@ -76,16 +76,6 @@ HRESULT Client::QueryInterface(REFIID iid, void** object) noexcept {
     return S_OK;
 }
 
-ULONG Client::AddRef() noexcept {
-    return ++references_;
-}
-
-ULONG Client::Release() noexcept {
-    const ULONG left = --references_;
-    if (left == 0) delete this;
-    return left;
-}
-
 // --- late binding
 
 ComPtr<ITypeInfo> Client::TypeInfo(const GUID& type) const {

@@ -13,16 +13,15 @@
 #include <oaidl.h>
 #include <ocidl.h>
 
-#include <atomic>
 #include <functional>
 #include <memory>
 #include <string>
 
 #include "basket/basket_window.h"
-#include "client/com_ptr_win.h"
 #include "client/module_win.h"
 #include "client/plug_in.h"
 #include "demovexclient.h"
+#include "platform/com_ptr_win.h"
 #include "vexinterfaces.h"
 
 namespace demovex {
@@ -36,18 +35,14 @@ struct ClientParts {
     std::function<std::shared_ptr<IBasketWindow>(std::shared_ptr<IBasketOwner>)> create_window;
 };
 
-class Client final : public _Client,
-                     public IVEXClient,
-                     public ISupportErrorInfo,
-                     public IProvideClassInfo {
+class Client final
+    : public Counted<Client, _Client, IVEXClient, ISupportErrorInfo, IProvideClassInfo> {
   public:
     // A new object with one reference, which is the caller's.
     static ComPtr<Client> Create(ClientParts parts);
 
     // --- IUnknown
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) noexcept override;
-    ULONG STDMETHODCALLTYPE AddRef() noexcept override;
-    ULONG STDMETHODCALLTYPE Release() noexcept override;
 
     // --- IDispatch
     HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) noexcept override;
@@ -81,6 +76,7 @@ class Client final : public _Client,
 
   private:
     explicit Client(ClientParts parts);
+    friend Counted;
     ~Client() = default;
 
     std::shared_ptr<IBasketWindow> MakeWindow();
@@ -94,7 +90,6 @@ class Client final : public _Client,
     HRESULT InvokeParent(VARIANT* result) const noexcept;
 
     ModuleLock lock_;
-    std::atomic<ULONG> references_{1};
     ClientParts parts_;
     PlugIn plug_in_;
     ComPtr<IVEXHost> moParent_;

@@ -1,17 +1,11 @@
 #include "client/com_result.h"
 
-#include <new>
-
 namespace demovex {
 
 namespace {
 
 // Failure, facility "control", as automation has always reported run-time errors.
 constexpr std::uint32_t kControlFailure = 0x800A0000U;
-
-ComFailure FromNumber(std::int32_t number, std::wstring_view source) {
-    return {ComResultOf(number), std::wstring(source), std::wstring(StandardDescription(number))};
-}
 
 }  // namespace
 
@@ -32,17 +26,10 @@ std::int32_t ErrorNumberOf(ComResult result) noexcept {
 }
 
 ComFailure DescribeCurrentException(std::wstring_view default_source) {
-    try {
-        throw;
-    } catch (const Error& error) {
-        return {ComResultOf(error.number()),
-                error.source().empty() ? std::wstring(default_source) : error.source(),
-                error.description()};
-    } catch (const std::bad_alloc&) {
-        return FromNumber(runtime_error::kOutOfMemory, default_source);
-    } catch (...) {
-        return FromNumber(runtime_error::kInvalidProcedureCall, default_source);
-    }
+    const CaughtError error = CurrentError();
+    return {ComResultOf(error.number),
+            std::wstring(error.source.empty() ? default_source : error.source),
+            std::wstring(error.description)};
 }
 
 }  // namespace demovex

@@ -2,7 +2,7 @@
 
 #include <oaidl.h>
 
-#include "client/com_ptr_win.h"
+#include "platform/com_ptr_win.h"
 
 namespace demovex {
 

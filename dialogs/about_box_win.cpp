@@ -17,7 +17,10 @@
 #include <vector>
 
 #include "base/error.h"
+#include "base/geometry.h"
 #include "dialogs/about_links.h"
+#include "platform/gdi_win.h"
+#include "platform/handle_win.h"
 #include "platform/message_box_win.h"
 #include "platform/shell_win.h"
 
@@ -33,39 +36,14 @@ constexpr int kInfoTop = kMargin + kTitleHeight + 75;
 constexpr int kButtonWidth = 1125;
 constexpr int kButtonHeight = 345;
 constexpr int kLeastWidth = 4500;
-constexpr int kTwipsPerInch = 1440;
-
-struct GdiDeleter {
-    void operator()(HFONT font) const noexcept { DeleteObject(font); }
-};
-using OwnedFont = std::unique_ptr<std::remove_pointer_t<HFONT>, GdiDeleter>;
 
 // The desktop's font of dialogs: 8 points are 13 pixels high at 96 dpi, the lines' fixed height.
-OwnedFont MakeFont(int points, int dpi, bool bold, bool underlined) {
-    return OwnedFont(CreateFontW(-MulDiv(points, dpi, 72), 0, 0, 0, bold ? FW_BOLD : FW_NORMAL,
-                                 FALSE, underlined, FALSE, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS,
-                                 CLIP_DEFAULT_PRECIS, DEFAULT_QUALITY, DEFAULT_PITCH | FF_DONTCARE,
-                                 L"MS Shell Dlg"));
+UniqueFont MakeFont(int points, int dpi, bool bold, bool underlined) {
+    return UniqueFont(CreateFontW(-MulDiv(points, dpi, 72), 0, 0, 0, bold ? FW_BOLD : FW_NORMAL,
+                                  FALSE, underlined, FALSE, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS,
+                                  CLIP_DEFAULT_PRECIS, DEFAULT_QUALITY, DEFAULT_PITCH | FF_DONTCARE,
+                                  L"MS Shell Dlg"));
 }
-
-// A window's device context with a font in it.
-class FontDc {
-  public:
-    FontDc(HWND window, HFONT font)
-        : window_(window), dc_(GetDC(window)), before_(SelectObject(dc_, font)) {}
-    ~FontDc() {
-        SelectObject(dc_, before_);
-        ReleaseDC(window_, dc_);
-    }
-    FontDc(const FontDc&) = delete;
-    FontDc& operator=(const FontDc&) = delete;
-    HDC get() const { return dc_; }
-
-  private:
-    HWND window_;
-    HDC dc_;
-    HGDIOBJ before_;
-};
 
 // The parts of a text between line feeds, without the carriage returns before them.
 template <typename F>
@@ -227,10 +205,11 @@ class Dialog : private ITextMeasure {
     }
 
     // --- text in twips
-    int Pixels(int twips) const { return MulDiv(twips, dpi_, kTwipsPerInch); }
-    int Twips(int pixels) const { return MulDiv(pixels, kTwipsPerInch, dpi_); }
+    int Pixels(int twips) const { return Scale(dpi_).ToPixels(twips); }
+    int Twips(int pixels) const { return Scale(dpi_).ToTwips(pixels); }
     SIZE Measure(std::wstring_view text) {
-        const FontDc dc(window_, font_.get());
+        const WindowDc dc(window_);
+        const SelectedObject font(dc.get(), font_.get());
         SIZE size = {};
         GetTextExtentPoint32W(dc.get(), text.data(), static_cast<int>(text.size()), &size);
         return size;
@@ -254,7 +233,7 @@ class Dialog : private ITextMeasure {
 
     void Build() {
         {
-            const FontDc dc(window_, static_cast<HFONT>(GetStockObject(DEFAULT_GUI_FONT)));
+            const WindowDc dc(window_);
             dpi_ = std::max(1, GetDeviceCaps(dc.get(), LOGPIXELSY));
         }
         font_ = MakeFont(8, dpi_, false, false);
@@ -384,9 +363,9 @@ class Dialog : private ITextMeasure {
     AboutLinks parsed_;
     HWND window_ = nullptr;
     int dpi_ = 96;
-    OwnedFont font_;
-    OwnedFont link_font_;
-    OwnedFont title_font_;
+    UniqueFont font_;
+    UniqueFont link_font_;
+    UniqueFont title_font_;
 };
 
 }  // namespace

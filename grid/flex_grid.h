@@ -51,8 +51,8 @@
 #include <memory>
 #include <string_view>
 
+#include "base/geometry.h"
 #include "grid/cell_store.h"
-#include "grid/geometry.h"
 #include "grid/grid_axis.h"
 
 namespace demovex {

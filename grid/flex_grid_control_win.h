@@ -75,7 +75,7 @@ class IFlexGridControlEvents {
     // whether or not it has moved the current cell.
     virtual void UserActed() = 0;
     // An error that reached the window procedure.
-    virtual void Failed(const Error& error) noexcept = 0;
+    virtual void Failed(const CaughtError& error) noexcept = 0;
 };
 
 class FlexGridImplWin;

@@ -22,7 +22,7 @@ int ToInt(std::int64_t pixels) {
 Twips FlexGrid::ToTwips(std::int64_t pixels) const {
     // places far beyond the view stop at the ends of 32 bits
     const std::int64_t limit =
-        std::int64_t{std::numeric_limits<std::int32_t>::max()} * scale_.dpi() / 1440 - 1;
+        std::int64_t{std::numeric_limits<std::int32_t>::max()} * scale_.dpi() / kTwipsPerInch - 1;
     return scale_.ToTwips(static_cast<int>(std::clamp(pixels, -limit, limit)));
 }
 

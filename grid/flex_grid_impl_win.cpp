@@ -102,14 +102,14 @@ void FlexGridImplWin::SetFont(HFONT new_font) {
     if (new_font == nullptr) {
         LOGFONTW message{};
         MessageFont(grid.PixelScale().dpi(), message);
-        own_font = GdiObject<HFONT>(CreateFontIndirectW(&message));
+        own_font = UniqueFont(CreateFontIndirectW(&message));
         new_font = own_font.get();
     }
     font = new_font;
     LOGFONTW bold{};
     GetObjectW(font, sizeof bold, &bold);
     bold.lfWeight = FW_BOLD;
-    bold_font = GdiObject<HFONT>(CreateFontIndirectW(&bold));
+    bold_font = UniqueFont(CreateFontIndirectW(&bold));
 
     const WindowDc dc(window);
     const SelectedObject selected(dc.get(), font);
@@ -209,19 +209,13 @@ LRESULT CALLBACK FlexGridImplWin::Procedure(HWND window, UINT message, WPARAM wp
     }
     try {
         return self->Handle(message, wparam, lparam);
-    } catch (const Error& error) {
-        self->Report(error);
-    } catch (const std::bad_alloc&) {
-        self->Report(Error(runtime_error::kOutOfMemory, L"",
-                           std::wstring(StandardDescription(runtime_error::kOutOfMemory))));
     } catch (...) {
-        constexpr std::int32_t number = runtime_error::kInvalidProcedureCall;
-        self->Report(Error(number, L"", std::wstring(StandardDescription(number))));
+        self->Report(CurrentError());
     }
     return 0;
 }
 
-void FlexGridImplWin::Report(const Error& error) noexcept {
+void FlexGridImplWin::Report(const CaughtError& error) noexcept {
     if (events != nullptr) events->Failed(error);
 }
 

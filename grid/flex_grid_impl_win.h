@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "grid/flex_grid_control_win.h"
-#include "grid/gdi_win.h"
 #include "grid/grid_accessible_win.h"
+#include "platform/gdi_win.h"
 
 namespace demovex {
 
@@ -30,9 +30,9 @@ class FlexGridImplWin : public IFlexGridDisplay,
     FlexGrid grid;
     HWND window = nullptr;
     IFlexGridControlEvents* events = nullptr;
-    GdiObject<HFONT> own_font;  // when the owner gave none
+    UniqueFont own_font;  // when the owner gave none
     HFONT font = nullptr;
-    GdiObject<HFONT> bold_font;
+    UniqueFont bold_font;
     GridAccessibility accessibility{*this};
 
     // IFlexGridDisplay
@@ -67,7 +67,7 @@ class FlexGridImplWin : public IFlexGridDisplay,
     // Shows moved scroll positions now; see ScrollBarsChanged.
     void FlushBars();
     void SetBar(int bar, const GridScrollBar& state, GridScrollBar& shown);
-    void Report(const Error& error) noexcept;
+    void Report(const CaughtError& error) noexcept;
 
     BackBuffer buffer_;
     int wheel_rest_ = 0;    // wheel movement too small for a row so far

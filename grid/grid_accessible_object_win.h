@@ -9,10 +9,11 @@
 #include <memory>
 
 #include "grid/flex_grid_impl_win.h"
+#include "platform/com_ptr_win.h"
 
 namespace demovex {
 
-class GridAccessible final : public IAccessible {
+class GridAccessible final : public Counted<GridAccessible, IAccessible> {
   public:
     // Starts with one reference, the creator's.
     GridAccessible(FlexGridImplWin& owner, std::shared_ptr<void> module_lock)
@@ -21,8 +22,6 @@ class GridAccessible final : public IAccessible {
 
     // IUnknown
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) noexcept override;
-    ULONG STDMETHODCALLTYPE AddRef() noexcept override;
-    ULONG STDMETHODCALLTYPE Release() noexcept override;
     // IDispatch: assistive programs call IAccessible itself
     HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) noexcept override;
     HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo** info) noexcept override;
@@ -62,6 +61,7 @@ class GridAccessible final : public IAccessible {
         std::int32_t row = 0;
         std::int32_t col = 0;
     };
+    friend Counted;
     ~GridAccessible() = default;
     const FlexGrid& Grid() const { return owner_->grid; }
     bool HoldsFocus() const;
@@ -74,7 +74,6 @@ class GridAccessible final : public IAccessible {
     template <class Action>
     HRESULT Run(const VARIANT& child, Action action) noexcept;
 
-    LONG references_ = 1;
     FlexGridImplWin* owner_;  // null once the window is gone
     std::shared_ptr<void> module_lock_;
 };

@@ -105,16 +105,6 @@ HRESULT GridAccessible::QueryInterface(REFIID iid, void** object) noexcept {
     return S_OK;
 }
 
-ULONG GridAccessible::AddRef() noexcept {
-    return static_cast<ULONG>(InterlockedIncrement(&references_));
-}
-
-ULONG GridAccessible::Release() noexcept {
-    const LONG left = InterlockedDecrement(&references_);
-    if (left == 0) delete this;
-    return static_cast<ULONG>(left);
-}
-
 HRESULT GridAccessible::GetTypeInfoCount(UINT* count) noexcept {
     if (count == nullptr) return E_POINTER;
     *count = 0;

@@ -13,7 +13,7 @@
 #include <utility>
 #include <vector>
 
-#include "grid/geometry.h"
+#include "base/geometry.h"
 
 namespace demovex {
 

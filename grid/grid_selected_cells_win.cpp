@@ -3,12 +3,14 @@
 #include <algorithm>
 #include <new>
 
+#include "platform/com_ptr_win.h"
+
 namespace demovex {
 
 namespace {
 
 // Enumerates the child ids of a rectangle of cells without listing them.
-class SelectedCells final : public IEnumVARIANT {
+class SelectedCells final : public Counted<SelectedCells, IEnumVARIANT> {
   public:
     SelectedCells(const SelectedRange& range, ULONG at, std::shared_ptr<void> lock)
         : range_(range), at_(at), module_lock_(std::move(lock)) {}
@@ -20,14 +22,6 @@ class SelectedCells final : public IEnumVARIANT {
         *object = static_cast<IEnumVARIANT*>(this);
         AddRef();
         return S_OK;
-    }
-    ULONG STDMETHODCALLTYPE AddRef() noexcept override {
-        return static_cast<ULONG>(InterlockedIncrement(&references_));
-    }
-    ULONG STDMETHODCALLTYPE Release() noexcept override {
-        const LONG left = InterlockedDecrement(&references_);
-        if (left == 0) delete this;
-        return static_cast<ULONG>(left);
     }
     HRESULT STDMETHODCALLTYPE Next(ULONG count, VARIANT* cells, ULONG* fetched) noexcept override {
         if (cells == nullptr || (fetched == nullptr && count != 1)) return E_POINTER;
@@ -59,6 +53,7 @@ class SelectedCells final : public IEnumVARIANT {
     }
 
   private:
+    friend Counted;
     ~SelectedCells() = default;
     ULONG Wide() const {
         return static_cast<ULONG>(range_.col2) - static_cast<ULONG>(range_.col1) + 1;
@@ -66,7 +61,6 @@ class SelectedCells final : public IEnumVARIANT {
     ULONG Count() const {
         return Wide() * (static_cast<ULONG>(range_.row2) - static_cast<ULONG>(range_.row1) + 1);
     }
-    LONG references_ = 1;
     SelectedRange range_;
     ULONG at_;
     std::shared_ptr<void> module_lock_;

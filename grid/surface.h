@@ -5,7 +5,7 @@
 
 #include <string_view>
 
-#include "grid/geometry.h"
+#include "base/geometry.h"
 
 namespace demovex {
 

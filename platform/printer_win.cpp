@@ -13,13 +13,13 @@
 #include <vector>
 
 #include "base/error.h"
+#include "base/geometry.h"
+#include "platform/handle_win.h"
 #include "platform/system_library_win.h"
 
 namespace demovex {
 namespace {
 
-constexpr std::int32_t kPrinterError = 482;
-constexpr int kTwipsPerInch = 1440;
 constexpr int kPointsPerInch = 72;
 constexpr int kFrameTwips = 10;  // half a point
 // Longer texts are wider than any paper, and GDI need not take them.
@@ -44,20 +44,8 @@ std::wstring Describe(DWORD code) {
 
 // `code` is what GetLastError said right after the failed call.
 [[noreturn]] void RaisePrinterError(DWORD code) {
-    throw Error(kPrinterError, {}, Describe(code));
+    throw Error(runtime_error::kPrinterError, {}, Describe(code));
 }
-
-struct DcDeleter {
-    using pointer = HDC;
-    void operator()(HDC dc) const noexcept { DeleteDC(dc); }
-};
-using OwnedDc = std::unique_ptr<HDC, DcDeleter>;
-
-struct GdiDeleter {
-    using pointer = HGDIOBJ;
-    void operator()(HGDIOBJ object) const noexcept { DeleteObject(object); }
-};
-using OwnedGdi = std::unique_ptr<HGDIOBJ, GdiDeleter>;
 
 // A window takes no input for as long as this lives.
 class InputBlocked {
@@ -111,7 +99,7 @@ std::vector<Edge> Joined(std::vector<Edge> edges) {
 
 class WinPrintJob : public IPrintJob {
   public:
-    WinPrintJob(OwnedDc dc, HWND owner)
+    WinPrintJob(UniqueDc dc, HWND owner)
         : blocked_(owner),
           dc_(std::move(dc)),
           dpi_x_(std::max(1, GetDeviceCaps(dc_.get(), LOGPIXELSX))),
@@ -151,7 +139,7 @@ class WinPrintJob : public IPrintJob {
     }
 
     void SetFont(int points, bool bold) override {
-        OwnedGdi& font = fonts_[{points, bold}];
+        UniqueFont& font = fonts_[{points, bold}];
         if (!font) {
             font.reset(CreateFontW(-ScaleRound(points, dpi_y_, kPointsPerInch), 0, 0, 0,
                                    bold ? FW_BOLD : FW_NORMAL, FALSE, FALSE, FALSE, DEFAULT_CHARSET,
@@ -273,8 +261,8 @@ class WinPrintJob : public IPrintJob {
     }
 
     InputBlocked blocked_;  // last to go
-    std::map<std::pair<int, bool>, OwnedGdi> fonts_;
-    OwnedDc dc_;
+    std::map<std::pair<int, bool>, UniqueFont> fonts_;
+    UniqueDc dc_;
     int dpi_x_;
     int dpi_y_;
     std::vector<Edge> across_;  // of the frames of this page
@@ -344,7 +332,7 @@ int WinPrinter::InstalledCount() const {
 std::unique_ptr<IPrintJob> WinPrinter::Begin(std::wstring_view document) {
     const std::wstring name = DefaultPrinterName();
     SetLastError(0);
-    OwnedDc dc(CreateDCW(L"WINSPOOL", name.c_str(), nullptr, nullptr));
+    UniqueDc dc(CreateDCW(L"WINSPOOL", name.c_str(), nullptr, nullptr));
     if (!dc) RaisePrinterError(GetLastError());
     auto job = std::make_unique<WinPrintJob>(std::move(dc), CurrentOwner(owner_));
     if (!job->Start(document)) return nullptr;

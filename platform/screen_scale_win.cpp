@@ -1,5 +1,7 @@
 #include "platform/screen_scale_win.h"
 
+#include "platform/gdi_win.h"
+
 namespace demovex {
 namespace {
 
@@ -18,9 +20,8 @@ using EnableScaling = BOOL(WINAPI*)(HWND);
 }  // namespace
 
 int SystemDpi() noexcept {
-    HDC screen = GetDC(nullptr);
-    const int dpi = screen != nullptr ? GetDeviceCaps(screen, LOGPIXELSX) : 96;
-    if (screen != nullptr) ReleaseDC(nullptr, screen);
+    const WindowDc screen(nullptr);
+    const int dpi = screen.get() != nullptr ? GetDeviceCaps(screen.get(), LOGPIXELSX) : 96;
     return dpi > 0 ? dpi : 96;
 }
 

@@ -108,7 +108,7 @@ void WinSharedReader::ReadDirectly(std::uint64_t offset, std::size_t length) {
 }
 
 bool WinSharedReader::CreateSection() {
-    if (section_tried_) return section_ != nullptr;
+    if (section_tried_) return static_cast<bool>(section_);
     section_tried_ = true;
     if (!OnFixedDisk(file_.get())) return false;
     section_.reset(CreateFileMappingW(file_.get(), nullptr, PAGE_READONLY, 0, 0, nullptr));

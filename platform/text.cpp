@@ -4,6 +4,14 @@
 #include "platform/number_format.h"
 
 namespace demovex {
+
+std::optional<double> ITextService::TryNumber(std::wstring_view text) const {
+    try {
+        return ToNumber(text);
+    } catch (const Error&) {
+        return std::nullopt;
+    }
+}
 namespace {
 
 // Yields the characters of a text, passing over blanks, tabs and line feeds wherever they stand.

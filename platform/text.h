@@ -5,6 +5,7 @@
 // are made by FormatAmount; what FormatAmount wrote, ToNumber reads back.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -25,6 +26,8 @@ class ITextService {
     // around it ignored). Raises 13 for anything else, the empty text included, and 6 when the
     // number is too large for a double.
     virtual double ToNumber(std::wstring_view text) const = 0;
+    // The same; nothing where that one raises 13 or 6.
+    [[nodiscard]] std::optional<double> TryNumber(std::wstring_view text) const;
 
     // The shortest usual text of a number in the user's locale, at most 15 digits ("2,5", "1E+15").
     virtual std::wstring FromNumber(double value) const = 0;

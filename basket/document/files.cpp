@@ -1,7 +1,5 @@
 #include "basket/document/files.h"
 
-#include <exception>
-#include <new>
 #include <string_view>
 
 #include "base/error.h"
@@ -52,23 +50,21 @@ void BasketFiles::Load(const std::wstring& Path) {
     context_.state.SuppressEditor = true;
     table_.BeginLoading();
     Rejected rejected;
+    std::optional<std::wstring> failure;
     try {
-        const Place place = PlaceOf(Path);
-        // before it is read: what is written to it meanwhile is not what was read
-        const std::optional<FileStamp> stamp = context_.services.files.Stamp(place.path);
-        LoadRows(place, rejected);
-        known_ = stamp;
-    } catch (const Error& error) {
-        EndLoading();
-        RaiseLoadError(Path, error.description());
-    } catch (const std::bad_alloc&) {
-        EndLoading();
-        RaiseLoadError(Path, StandardDescription(runtime_error::kOutOfMemory));
+        failure = FailureOf([&] {
+            const Place place = PlaceOf(Path);
+            // before it is read: what is written to it meanwhile is not what was read
+            const std::optional<FileStamp> stamp = context_.services.files.Stamp(place.path);
+            LoadRows(place, rejected);
+            known_ = stamp;
+        });
     } catch (...) {
         EndLoading();
         throw;
     }
     EndLoading();
+    if (failure) RaiseLoadError(Path, *failure);
     if (rejected.count > 0) ShowRejected(rejected);
 }
 

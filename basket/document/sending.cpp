@@ -1,7 +1,6 @@
 #include "basket/document/sending.h"
 
 #include <memory>
-#include <new>
 
 #include "base/error.h"
 #include "basket/document/file_texts.h"
@@ -34,7 +33,7 @@ void Sending::AppendSelection(const std::wstring& Path) {
     const auto [first, last, first_col, last_col] = context_.table.Selection();
     std::unique_ptr<IOutputFile> file;
     bool lossy = false;
-    try {
+    const auto failure = FailureOf([&] {
         ProgressScope progress(context_.view, L"Selektion wird gesendet");
         file = context_.services.files.OpenAppend(Path);
         for (std::int32_t row = first; row <= last; ++row) {
@@ -43,11 +42,9 @@ void Sending::AppendSelection(const std::wstring& Path) {
         }
         file->Flush();
         file->Close();
-    } catch (const Error& error) {
-        ShowFailure(Path, error.description());
-        return;
-    } catch (const std::bad_alloc&) {
-        ShowFailure(Path, StandardDescription(runtime_error::kOutOfMemory));
+    });
+    if (failure) {
+        ShowFailure(Path, *failure);
         return;
     }
     if (lossy) context_.view.SetStatusText(kLossyStatus);

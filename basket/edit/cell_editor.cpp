@@ -6,6 +6,7 @@
 
 #include "base/error.h"
 #include "base/one_line.h"
+#include "base/scope_guard.h"
 #include "basket/edit/cell_view.h"
 #include "basket/edit/editor_keys.h"
 #include "basket/edit/order_entry.h"
@@ -148,13 +149,9 @@ void CellEditor::CommitCellEdit() {
     view_.Close();
     // From here on the editor is closed, so that whatever happens meanwhile (a message, a nested
     // change of the current cell) finds nothing to commit.
-    struct FocusRectBack {
-        CellEditor& editor;
-        ~FocusRectBack() {
-            if (editor.view_.IsOpen()) return;  // opened again meanwhile
-            editor.grid_.SetFocusRect(FocusRectStyle::kLight);
-        }
-    } focus_rect_back{*this};
+    const ScopeExit focus_rect_back([this] {
+        if (!view_.IsOpen()) grid_.SetFocusRect(FocusRectStyle::kLight);  // not opened again
+    });
 
     BeginChange(context_);
     const std::int32_t row = state_.EditRow;
@@ -220,16 +217,9 @@ void CellEditor::CloseEditor() {
 void CellEditor::NumberFormatChanged(const std::function<void()>& change) {
     const ITextService& text = context_.services.text;
     if (!view_.IsOpen() || state_.EditCol != column::kMenge) return change();
-    const auto number = [&](std::wstring_view typed) -> std::optional<double> {
-        try {
-            return text.ToNumber(typed);
-        } catch (const Error&) {
-            return std::nullopt;
-        }
-    };
-    const std::optional<double> old = number(view_.Text());
+    const std::optional<double> old = text.TryNumber(view_.Text());
     change();
-    if (!old || number(view_.Text()) == old) return;
+    if (!old || text.TryNumber(view_.Text()) == old) return;
     state_.LastValidText = text.FromNumber(*old);
     view_.SetText(state_.LastValidText);
     view_.Select(static_cast<std::int32_t>(state_.LastValidText.size()), 0);
@@ -270,18 +260,11 @@ void CellEditor::CommitAndSend(GridKey key) {
 void CellEditor::Reopen() {
     // The same cell opens again, so its window need not go and come; but a refused article number
     // has a message to show.
-    struct Hold {
-        IEditorView& view;
-        bool held;
-        Hold(IEditorView& of, bool hold) : view(of), held(hold) {
-            if (held) view.Hold(true);
-        }
-        ~Hold() {
-            if (held) view.Hold(false);
-        }
-        Hold(const Hold&) = delete;
-        Hold& operator=(const Hold&) = delete;
-    } hold(view_, state_.EditCol != column::kArtNr);
+    const bool holds = state_.EditCol != column::kArtNr;
+    if (holds) view_.Hold(true);
+    const ScopeExit let_go([&] {
+        if (holds) view_.Hold(false);
+    });
     CommitCellEdit();
     Liste_RowColChange();
 }
@@ -335,9 +318,7 @@ void CellEditor::IPText_Change() {
     // The box may hold less than it is given, and then each attempt to set it right is a change.
     if (state_.EditCol != column::kMenge || restoring_) return;
     const std::wstring text = view_.Text();
-    try {
-        context_.services.text.ToNumber(text);
-    } catch (const Error&) {
+    if (!context_.services.text.TryNumber(text)) {
         RestoreLastValidText();
         return;
     }
@@ -352,13 +333,7 @@ void CellEditor::RememberSelection() {
 void CellEditor::RestoreLastValidText() {
     const auto [start, length] = before_;
     {
-        struct Restoring {
-            bool& flag;
-            explicit Restoring(bool& of) : flag(of) { flag = true; }
-            ~Restoring() { flag = false; }
-            Restoring(const Restoring&) = delete;
-            Restoring& operator=(const Restoring&) = delete;
-        } restoring(restoring_);
+        const FlagWhile restoring(restoring_);
         view_.SetText(state_.LastValidText);
     }
     // The caret goes back to where it was before the refused change: "1a2" is typed as "12".

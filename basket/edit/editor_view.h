@@ -15,8 +15,8 @@
 #include <string_view>
 #include <vector>
 
+#include "base/geometry.h"
 #include "grid/flex_grid.h"
-#include "grid/geometry.h"
 
 namespace demovex {
 

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "base/error.h"
+#include "base/scope_guard.h"
 
 namespace demovex {
 
@@ -74,12 +75,9 @@ std::optional<bool> ArticleMaster::TryLookUp(const std::wstring& nr, std::wstrin
 bool ArticleMaster::LookUpArtikelNr(const std::wstring& Nr, std::wstring& Bezeichnung,
                                     std::wstring& Preis) {
     if (path_.empty()) RaiseRuntimeError(runtime_error::kObjectNotSet);
-    struct Rest {
-        ArticleMaster& master;
-        ~Rest() {
-            if (!master.in_series_) master.stamm_.reset();
-        }
-    } const rest{*this};
+    const ScopeExit rest([this] {
+        if (!in_series_) stamm_.reset();
+    });
     for (int tries_left = kTries - 1;; --tries_left) {
         try {
             if (const auto found = TryLookUp(Nr, Bezeichnung, Preis)) return *found;

@@ -262,12 +262,7 @@ void OrderTable::Reformat(const std::function<void()>& change) {
                                                            column::kGesamtEuro};
     const std::int32_t rows = grid_.Rows();
     const auto number = [this](std::wstring_view text) {
-        if (text.empty()) return kNoNumber;
-        try {
-            return text_.ToNumber(text);
-        } catch (const Error&) {
-            return kNoNumber;
-        }
+        return text.empty() ? kNoNumber : text_.TryNumber(text).value_or(kNoNumber);
     };
     std::vector<double> values;
     try {

@@ -40,12 +40,8 @@ void BasketWindowImpl::Forward(FormCall call) noexcept {
     if (window_ == nullptr || !form_) return;
     try {
         call(*form_);
-    } catch (const Error& error) {
-        ShowError(error.description());
-    } catch (const std::bad_alloc&) {
-        ShowError(StandardDescription(runtime_error::kOutOfMemory));
     } catch (...) {
-        ShowError(StandardDescription(0));
+        ShowError(CurrentError().description);
     }
 }
 
@@ -74,12 +70,8 @@ LRESULT CALLBACK BasketWindowImpl::Procedure(HWND window, UINT message, WPARAM w
     }
     try {
         return impl->OnMessage(message, wparam, lparam);
-    } catch (const Error& error) {
-        impl->ShowError(error.description());
-    } catch (const std::bad_alloc&) {
-        impl->ShowError(StandardDescription(runtime_error::kOutOfMemory));
     } catch (...) {
-        impl->ShowError(StandardDescription(0));
+        impl->ShowError(CurrentError().description);
     }
     return 0;
 }

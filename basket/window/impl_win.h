@@ -118,7 +118,7 @@ class BasketWindowImpl final : public std::enable_shared_from_this<BasketWindowI
     bool CharacterTyped(wchar_t character) override;
     void InputBegins() override { note_->Say({}); }
     void UserActed() override;
-    void Failed(const Error& error) noexcept override { ShowError(error.description()); }
+    void Failed(const CaughtError& error) noexcept override { ShowError(error.description); }
 
     static LRESULT CALLBACK Procedure(HWND, UINT, WPARAM, LPARAM) noexcept;
     LRESULT OnMessage(UINT message, WPARAM wparam, LPARAM lparam);

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "basket/window/ids.h"
+#include "platform/gdi_win.h"
 #include "platform/screen_scale_win.h"
 
 namespace demovex {
@@ -98,11 +99,11 @@ void WindowNote::Place() {
     RECT place{};
     if (!text.empty() && !IsRectEmpty(&bar_)) {
         SIZE size{};
-        HDC dc = GetDC(window_);
-        const HGDIOBJ before = SelectObject(dc, font_);
-        GetTextExtentPoint32W(dc, text.c_str(), static_cast<int>(text.size()), &size);
-        SelectObject(dc, before);
-        ReleaseDC(window_, dc);
+        {
+            const WindowDc dc(window_);
+            const SelectedObject selected(dc.get(), font_);
+            GetTextExtentPoint32W(dc.get(), text.c_str(), static_cast<int>(text.size()), &size);
+        }
         place.right = bar_.right - MetricOf(window_, SM_CXVSCROLL);
         place.left = std::max(bar_.left, place.right - static_cast<LONG>(size.cx) - 2 * Room());
         place.top = bar_.top;

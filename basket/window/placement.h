@@ -3,7 +3,7 @@
 
 #include <span>
 
-#include "grid/geometry.h"
+#include "base/geometry.h"
 
 namespace demovex {
 

@@ -2,6 +2,7 @@
 // the end of the session, a wish for help from a dialog of the system's.
 #include <string>
 
+#include "base/scope_guard.h"
 #include "basket/state.h"
 #include "basket/window/impl_win.h"
 #include "dialogs/about_text.h"
@@ -53,11 +54,7 @@ void BasketWindowImpl::OnDpiChanged(int dpi, LPARAM place) {
                           sizeof rect, &read) &&
         read == sizeof rect && rect.right > rect.left && rect.bottom > rect.top;
     if (!editor_) return;
-    struct Rescaling {
-        bool& flag;
-        ~Rescaling() { flag = false; }
-    } rescaling{rescaling_};
-    rescaling_ = true;
+    const FlagWhile rescaling(rescaling_);
     Rescale(dpi);
     if (!proposed) return;
     SetWindowPos(window_, nullptr, rect.left, rect.top, rect.right - rect.left,

@@ -6,6 +6,7 @@
 #include "basket/commands/commands.h"
 #include "basket/window/glyph_colours.h"
 #include "basket/window/ids.h"
+#include "platform/gdi_win.h"
 
 namespace demovex {
 namespace {
@@ -54,16 +55,15 @@ void Recolour(HBITMAP bitmap, int size, bool disabled) {
     info.bmiHeader.biPlanes = 1;
     info.bmiHeader.biBitCount = 32;
     std::vector<std::uint32_t> pixels(static_cast<std::size_t>(size) * size);
-    HDC screen = GetDC(nullptr);
-    if (GetDIBits(screen, bitmap, 0, size, pixels.data(), &info, DIB_RGB_COLORS) == size) {
+    const WindowDc screen(nullptr);
+    if (GetDIBits(screen.get(), bitmap, 0, size, pixels.data(), &info, DIB_RGB_COLORS) == size) {
         for (std::uint32_t& pixel : pixels) {
             pixel &= 0xFFFFFF;
             if (pixel == InMemory(kNothing)) continue;
             pixel = disabled ? FadedGlyphColour(pixel, scheme) : GlyphColour(pixel, scheme);
         }
-        SetDIBits(screen, bitmap, 0, size, pixels.data(), &info, DIB_RGB_COLORS);
+        SetDIBits(screen.get(), bitmap, 0, size, pixels.data(), &info, DIB_RGB_COLORS);
     }
-    ReleaseDC(nullptr, screen);
 }
 
 }  // namespace

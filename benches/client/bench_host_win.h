@@ -14,8 +14,8 @@
 #include <string>
 #include <vector>
 
-#include "client/com_ptr_win.h"
 #include "demovexclient.h"
+#include "platform/com_ptr_win.h"
 #include "tests/client/fake_host_win.h"
 #include "vexinterfaces.h"
 

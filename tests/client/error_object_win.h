@@ -7,7 +7,7 @@
 
 #include <string>
 
-#include "client/com_ptr_win.h"
+#include "platform/com_ptr_win.h"
 
 namespace demovex {
 

@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "client/com_ptr_win.h"
+#include "platform/com_ptr_win.h"
 #include "vexinterfaces.h"
 
 namespace demovex {

@@ -16,8 +16,8 @@
 #include <string_view>
 #include <vector>
 
-#include "client/com_ptr_win.h"
 #include "demovexclient.h"
+#include "platform/com_ptr_win.h"
 #include "tests/client/error_object_win.h"
 #include "tests/client/fake_host_win.h"
 #include "vexinterfaces.h"

@@ -7,8 +7,8 @@
 
 #include <string>
 
-#include "client/com_ptr_win.h"
 #include "demovexclient.h"
+#include "platform/com_ptr_win.h"
 #include "vexinterfaces.h"
 
 namespace demovex {

@@ -4,7 +4,7 @@
 #include <stdexcept>
 
 #include "grid/gdi_surface_win.h"
-#include "grid/gdi_win.h"
+#include "platform/gdi_win.h"
 #include "tests/support/grid_dump.h"
 #include "tests/support/grid_window_win.h"
 #include "tests/support/window_picture_win.h"
@@ -583,7 +583,7 @@ TEST_F(GridControl, AFontHigherThanARowMakesTheRowsHigher) {
     LOGFONTW big{};
     GetObjectW(w.control->Font(), sizeof big, &big);
     big.lfHeight = -40;
-    const GdiObject<HFONT> font(CreateFontIndirectW(&big));
+    const UniqueFont font(CreateFontIndirectW(&big));
     w.control->SetFont(font.get());
     EXPECT_GT(w.Grid().RowHeight(1), 40 * 15);
     EXPECT_EQ(reinterpret_cast<HFONT>(w.Send(WM_GETFONT)), font.get());

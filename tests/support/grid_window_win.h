@@ -36,8 +36,8 @@ class GridMouseLog : public IFlexGridControlEvents {
         ++acts;
         if (on_act) on_act();
     }
-    void Failed(const Error& error) noexcept override {
-        log.push_back("Failed(" + std::to_string(error.number()) + ")");
+    void Failed(const CaughtError& error) noexcept override {
+        log.push_back("Failed(" + std::to_string(error.number) + ")");
     }
     std::string Take() {
         std::string all;

@@ -1,4 +1,5 @@
-// Owning wrappers of COM: interface pointers and strings.
+// COM: owners of interface pointers and strings, and the counting of references that an object of
+// ours is born with.
 #pragma once
 
 #include <windows.h>
@@ -6,6 +7,7 @@
 #include <oleauto.h>
 #include <unknwn.h>
 
+#include <atomic>
 #include <new>
 #include <string_view>
 #include <utility>
@@ -61,6 +63,29 @@ class ComPtr {
 
   private:
     T* pointer_ = nullptr;
+};
+
+// An object with `Interfaces` that counts its references: it starts with one, the creator's, and is
+// deleted with the last. `Object` is the final class, which befriends this one when its destructor
+// is not public.
+template <typename Object, typename... Interfaces>
+class Counted : public Interfaces... {
+  public:
+    ULONG STDMETHODCALLTYPE AddRef() noexcept override { return ++references_; }
+    ULONG STDMETHODCALLTYPE Release() noexcept override {
+        const ULONG left = --references_;
+        if (left == 0) delete static_cast<Object*>(this);
+        return left;
+    }
+
+  protected:
+    Counted() noexcept = default;
+    ~Counted() = default;
+    Counted(const Counted&) = delete;
+    Counted& operator=(const Counted&) = delete;
+
+  private:
+    std::atomic<ULONG> references_{1};
 };
 
 // The characters of an automation string, which the caller keeps; null is the empty string.

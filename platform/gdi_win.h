@@ -1,39 +1,14 @@
-// Owning wrappers for GDI objects and a memory bitmap to paint into before showing.
+// Device contexts for a scope, and a memory bitmap to paint into before showing. Fonts, bitmaps and
+// the like are owned as handle_win.h says.
 #pragma once
 
 #include <windows.h>
 
-#include <utility>
+#include "platform/handle_win.h"
 
 namespace demovex {
 
-// Owns a font, bitmap, brush, ...; deletes it.
-template <class Handle>
-class GdiObject {
-  public:
-    GdiObject() = default;
-    explicit GdiObject(Handle handle) noexcept : handle_(handle) {}
-    GdiObject(GdiObject&& other) noexcept : handle_(std::exchange(other.handle_, nullptr)) {}
-    GdiObject& operator=(GdiObject&& other) noexcept {
-        if (this != &other) {
-            Reset();
-            handle_ = std::exchange(other.handle_, nullptr);
-        }
-        return *this;
-    }
-    ~GdiObject() { Reset(); }
-    Handle get() const noexcept { return handle_; }
-    explicit operator bool() const noexcept { return handle_ != nullptr; }
-    void Reset() noexcept {
-        if (handle_ != nullptr) DeleteObject(handle_);
-        handle_ = nullptr;
-    }
-
-  private:
-    Handle handle_ = nullptr;
-};
-
-// A window's device context, given back at the end.
+// A window's device context, or with null the screen's, given back at the end.
 class WindowDc {
   public:
     explicit WindowDc(HWND window) noexcept : window_(window), dc_(GetDC(window)) {}
@@ -77,7 +52,7 @@ class BackBuffer {
         const int new_height = height > height_ ? height : height_;
         Reset();
         dc_ = CreateCompatibleDC(like);
-        bitmap_ = GdiObject<HBITMAP>(CreateCompatibleBitmap(like, new_width, new_height));
+        bitmap_ = UniqueBitmap(CreateCompatibleBitmap(like, new_width, new_height));
         if (dc_ == nullptr || !bitmap_) {
             Reset();
             return nullptr;
@@ -95,14 +70,14 @@ class BackBuffer {
         }
         dc_ = nullptr;
         before_ = nullptr;
-        bitmap_.Reset();
+        bitmap_.reset();
         width_ = height_ = 0;
     }
 
   private:
     HDC dc_ = nullptr;
     HGDIOBJ before_ = nullptr;
-    GdiObject<HBITMAP> bitmap_;
+    UniqueBitmap bitmap_;
     int width_ = 0;
     int height_ = 0;
 };

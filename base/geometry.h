@@ -1,5 +1,6 @@
-// Twips and pixels: the one file where twips become pixels. A twip is 1/1440 inch, so there are 15
-// twips to the pixel at 96 dpi. Callers of the grid use twips only.
+// Twips and the pixels of a screen, and the one conversion between them. A twip is 1/1440 inch, so
+// there are 15 twips to the pixel at 96 dpi. Where a printer's dots lie is the business of
+// platform/printer_win, which rounds another way. Deciding code uses twips only.
 #pragma once
 
 #include <cstdint>
@@ -7,6 +8,8 @@
 namespace demovex {
 
 using Twips = std::int32_t;
+
+inline constexpr int kTwipsPerInch = 1440;
 
 struct TwipsPoint {
     Twips x = 0;
@@ -43,12 +46,13 @@ class Scale {
     constexpr int dpi() const { return dpi_; }
     // Nearest pixel.
     constexpr int ToPixels(Twips twips) const {
+        constexpr int kHalf = kTwipsPerInch / 2;
         const std::int64_t scaled = std::int64_t{twips} * dpi_;
-        return static_cast<int>((scaled + (scaled >= 0 ? 720 : -720)) / 1440);
+        return static_cast<int>((scaled + (scaled >= 0 ? kHalf : -kHalf)) / kTwipsPerInch);
     }
     // Nearest twip; ToPixels(ToTwips(p)) is p for every dpi up to 1440.
     constexpr Twips ToTwips(int pixels) const {
-        const std::int64_t scaled = std::int64_t{pixels} * 1440;
+        const std::int64_t scaled = std::int64_t{pixels} * kTwipsPerInch;
         const int half = dpi_ / 2;
         return static_cast<Twips>((scaled + (scaled >= 0 ? half : -half)) / dpi_);
     }
