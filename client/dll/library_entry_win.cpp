@@ -68,8 +68,9 @@ void __freeres();
 }
 
 // Functions that are running while the guard is set would miss the old one.
-extern "C" [[gnu::no_stack_protector]] BOOL WINAPI LibraryEntry(HINSTANCE module, DWORD reason,
-                                                                void* reserved) noexcept {
+extern "C" __attribute__((no_stack_protector)) BOOL WINAPI LibraryEntry(HINSTANCE module,
+                                                                        DWORD reason,
+                                                                        void* reserved) noexcept {
     if (reason == DLL_PROCESS_ATTACH) __stack_chk_guard = Unforeseen();
     const BOOL done = DllMainCRTStartup(module, reason, reserved);
     if (reason == DLL_THREAD_DETACH) demovex::ForgetThread();
