@@ -31,13 +31,10 @@ inline bool StartUnix(const std::string& command) {
     STARTUPINFOW start{};
     start.cb = sizeof start;
     PROCESS_INFORMATION process{};
-    if (!CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start,
-                        &process)) {
-        return false;
-    }
-    CloseHandle(process.hProcess);
-    CloseHandle(process.hThread);
-    return true;
+    // such a program has no handles: what stands in `process` then is not to be closed, and may be
+    // the number of a handle that is somebody else's
+    return CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
+                          &start, &process) != FALSE;
 }
 
 // Runs a shell command there in the folder `folder` and waits until it is through; false when it is
