@@ -239,8 +239,11 @@ TEST_F(AboutBoxTest, FakedMessagesAreNotBelieved) {
         const HWND link = GetDlgItem(dialog, AboutBox::kFirstLink + 1);
         SendMessageW(dialog, WM_INITDIALOG, 0, 16);
         EXPECT_EQ(TextOf(dialog), kAboutTitle);
+        // handed in as it stands: a newer Wine reads what this message points to on the way, and a
+        // sender whose address nobody can read is never answered there
+        const auto procedure = reinterpret_cast<WNDPROC>(GetWindowLongPtrW(link, GWLP_WNDPROC));
         for (const WPARAM key : {0, VK_RETURN, VK_TAB}) {
-            const LRESULT code = SendMessageW(link, WM_GETDLGCODE, key, 16);
+            const LRESULT code = CallWindowProcW(procedure, link, WM_GETDLGCODE, key, 16);
             EXPECT_EQ((code & DLGC_WANTMESSAGE) != 0, key == VK_RETURN) << key;
         }
         SendMessageW(link, WM_CLOSE, 0, 0);
