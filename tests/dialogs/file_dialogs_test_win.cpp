@@ -13,8 +13,10 @@
 #include <functional>
 #include <string>
 #include <thread>
+#include <vector>
 
 #include "dialogs/common_dialogs.h"
+#include "tests/support/import_table_win.h"
 #include "tests/support/raised.h"
 #include "tests/support/temp_folder.h"
 #include "tests/support/wait_until.h"
@@ -89,6 +91,30 @@ void Press(HWND dialog, int button) {
 void TypeName(HWND dialog, const std::wstring& name) {
     SendMessageW(GetDlgItem(dialog, kNameBox), WM_SETTEXT, 0,
                  reinterpret_cast<LPARAM>(name.c_str()));
+}
+
+// A guest in the system's dialog, which hands the caller's data to it: the topic of help there.
+std::vector<LPARAM> g_topics;
+UINT_PTR CALLBACK HearTopic(HWND, UINT message, WPARAM, LPARAM lparam) {
+    if (message == WM_INITDIALOG) {
+        g_topics.push_back(reinterpret_cast<const OPENFILENAMEW*>(lparam)->lCustData);
+    }
+    return 0;
+}
+using ShowDialog = BOOL APIENTRY(OPENFILENAMEW*);
+ShowDialog* g_open = nullptr;
+ShowDialog* g_save = nullptr;
+BOOL WithGuest(OPENFILENAMEW* dialog, ShowDialog* show) {
+    OPENFILENAMEW heard = *dialog;
+    heard.Flags |= OFN_ENABLEHOOK;
+    heard.lpfnHook = &HearTopic;
+    return show(&heard);
+}
+BOOL APIENTRY OpenWithGuest(OPENFILENAMEW* dialog) {
+    return WithGuest(dialog, g_open);
+}
+BOOL APIENTRY SaveWithGuest(OPENFILENAMEW* dialog) {
+    return WithGuest(dialog, g_save);
 }
 
 struct FileDialogsTest : testing::Test {
@@ -175,6 +201,22 @@ TEST_F(FileDialogsTest, AHiddenHelpButtonIsHiddenAndAShownOneIsHarmless) {
         ASSERT_TRUE(user.seen());
     }
     EXPECT_TRUE(still_there);
+}
+
+TEST_F(FileDialogsTest, TheSystemsDialogKnowsTheTopicOfHelp) {
+    const CaughtImport open("GetOpenFileNameW", &OpenWithGuest, &g_open);
+    const CaughtImport save("GetSaveFileNameW", &SaveWithGuest, &g_save);
+    ASSERT_TRUE(open.Caught() && save.Caught());
+    g_topics.clear();
+    for (const std::int32_t topic : {77, 0, -1}) {
+        User user([](HWND dialog) { Press(dialog, IDCANCEL); });
+        EXPECT_EQ(dialogs.GetOpenFileName({.HelpID = topic}), L"");
+        ASSERT_TRUE(user.seen());
+    }
+    User user([](HWND dialog) { Press(dialog, IDCANCEL); });
+    EXPECT_EQ(dialogs.GetSaveFileName({.HelpID = 78}), L"");
+    ASSERT_TRUE(user.seen());
+    EXPECT_EQ(g_topics, (std::vector<LPARAM>{77, 0, -1, 78}));
 }
 
 TEST_F(FileDialogsTest, OpenGivesTheFullPathOfATypedName) {
