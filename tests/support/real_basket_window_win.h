@@ -17,6 +17,7 @@
 
 #include "platform/clipboard_win.h"
 #include "platform/file_dialogs_win.h"
+#include "platform/file_system_tools.h"
 #include "platform/files_win.h"
 #include "platform/message_box_win.h"
 #include "platform/printer_win.h"
@@ -125,6 +126,11 @@ class RealBasketWindow : public RealServices, public BasketWindowFixture {
             }
         }
         return entries;
+    }
+    // The entry for a file, whose path may be too long to be shown whole: how long it is depends on
+    // where the system keeps temporary files.
+    static std::wstring Entry(int number, const std::wstring& path) {
+        return L"&" + std::to_wstring(number) + L" " + ShownPath(path, 80);
     }
     // Files in the folder other than the article master.
     int Files() const { return folder.Count() - 1; }

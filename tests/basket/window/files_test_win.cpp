@@ -42,7 +42,7 @@ TEST_F(WindowFiles, OpenLoadsTheChosenFileAndNamesItInTheCaption) {
     EXPECT_EQ(basket.Caption(), Titled(name));
     EXPECT_FALSE(basket.Modified());
     EXPECT_EQ(basket.Stored(), (Texts{Path(name)}));
-    EXPECT_EQ(basket.RecentEntries(), (Texts{L"&1 " + Path(name)}));
+    EXPECT_EQ(basket.RecentEntries(), Texts{basket.Entry(1, Path(name))});
 
     EXPECT_EQ(basket.PressCtrl('S'), Texts{});
     EXPECT_EQ(basket.folder.Get(name), kHeader +
@@ -242,7 +242,7 @@ TEST_F(WindowFiles, ARecentFileIsOpenedByItsEntry) {
         basket.folder.Put(name, kHeader + (*name == L'a' ? k4711 : k4712));
         basket.Choose(Command::mnuDateiOeffnen, {User::Choose(name)});
     }
-    const Texts entries = {L"&1 " + Path(L"a.bsk"), L"&2 " + Path(L"b.bsk")};
+    const Texts entries = {basket.Entry(1, Path(L"a.bsk")), basket.Entry(2, Path(L"b.bsk"))};
     EXPECT_EQ(basket.RecentEntries(), entries);
     Order(L"1000");
     EXPECT_EQ(basket.Choose(Command::mnuDateiLRU2, {User::Answer(IDCANCEL)}), (Texts{kAsks}));

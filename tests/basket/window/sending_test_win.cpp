@@ -46,7 +46,7 @@ TEST_F(WindowSending, ANewFileHoldsTheSelectedRowsAlone) {
     EXPECT_TRUE(basket.Modified());  // as it was
     EXPECT_EQ(basket.Caption(), L"Vexmart Demo Warenkorb 1.1");
     EXPECT_EQ(basket.Stored(), (Texts{Path(L"für Höfer.bsk")}));
-    EXPECT_EQ(basket.RecentEntries(), (Texts{L"&1 " + Path(L"für Höfer.bsk")}));
+    EXPECT_EQ(basket.RecentEntries(), Texts{basket.Entry(1, Path(L"für Höfer.bsk"))});
     EXPECT_EQ(basket.Files(), 1);
 }
 
