@@ -10,6 +10,18 @@
 
 namespace demovex {
 
+// Whether a job on the queue begins with the print processor that it has.
+inline bool TakesJobs(const std::wstring& queue) {
+    const HDC dc = CreateDCW(L"WINSPOOL", queue.c_str(), nullptr, nullptr);
+    DOCINFOW document = {};
+    document.cbSize = sizeof document;
+    document.lpszDocName = L"Probe";
+    const bool begun = dc != nullptr && StartDocW(dc, &document) > 0;
+    if (begun) AbortDoc(dc);
+    DeleteDC(dc);
+    return begun;
+}
+
 // Registers a queue with the printer description `ppd` (a full path) on the port LPT1: and makes it
 // the default. Null when all went well, else the name of the call that failed.
 inline const char* RegisterPrintQueue(std::wstring queue, std::wstring ppd, bool landscape) {
@@ -36,8 +48,17 @@ inline const char* RegisterPrintQueue(std::wstring queue, std::wstring ppd, bool
     printer.pDriverName = driver_name.data();
     printer.pPrintProcessor = processor.data();
     printer.pDatatype = data_type.data();
-    const HANDLE handle = AddPrinterW(nullptr, 2, reinterpret_cast<BYTE*>(&printer));
+    HANDLE handle = AddPrinterW(nullptr, 2, reinterpret_cast<BYTE*>(&printer));
     if (handle == nullptr) return "AddPrinter";
+    if (!TakesJobs(queue)) {
+        // a newer Wine hands pages over in a form that only the PostScript driver's own takes
+        DeletePrinter(handle);
+        ClosePrinter(handle);
+        processor = L"wineps";
+        printer.pPrintProcessor = processor.data();
+        handle = AddPrinterW(nullptr, 2, reinterpret_cast<BYTE*>(&printer));
+        if (handle == nullptr) return "AddPrinter";
+    }
     const char* failed = nullptr;
     if (landscape) {
         const LONG size = DocumentPropertiesW(nullptr, handle, queue.data(), nullptr, nullptr, 0);
