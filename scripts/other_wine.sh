@@ -5,12 +5,16 @@
 #   scripts/build.sh win32              builds what is to be tested
 #   scripts/other_wine.sh [ARGUMENT...] makes the root if there is none and runs the tests;
 #                                       arguments go to ctest (-R keys)
+#   scripts/other_wine.sh --in COMMAND  runs one command there instead, as in
+#                                       --in scripts/wine_run.sh build/win32/tests/grid_test.exe
 #   scripts/other_wine.sh --remove      takes the root and all that it wrote away
 #
 # Everything of the root is mounted in a namespace of its own and ends with the script, however that
-# ends. The checkout is read-only there: prefixes, logs and what tests write lie in
-# build/other-wine, and nothing that an ordinary run left is touched. docs/other-wine.md names what
-# that Wine gets wrong.
+# ends. The checkout is read-only there, and over build/win32 lies a layer that takes what tests
+# write: prefixes, logs and results lie in build/other-wine (results in written), and nothing that an
+# ordinary run left is touched. The closing table tells every test, and of those that fail which
+# cases that Wine is to blame for: scripts/other_wine_table.py lists them, docs/other-wine.md tells
+# what was seen.
 set -u
 cd "$(dirname "$0")/.." || exit 1
 checkout=$PWD
@@ -18,16 +22,11 @@ home=$checkout/build/other-wine
 root=$home/root
 release=trixie
 
-# What tests fail there for a fault of that Wine: NAME and the reason, as the documentation tells it.
-known_faults() {
-  cat <<'END'
-END
-}
-
+# libxi6: without it that Wine never comes to rest once a window covers the display
 packages=(
   wine wine32:i386 fonts-wine fonts-liberation
   xvfb xauth openbox xdotool xclip imagemagick
-  x11-utils x11-xserver-utils libxinerama1:i386
+  x11-utils x11-xserver-utils libxinerama1:i386 libxi6:i386
   ghostscript poppler-utils locales python3 procps cmake
 )
 
@@ -79,81 +78,83 @@ make_root() {
   rm -rf "$root"/var/lib/apt/lists/*
 }
 
-# Below build/win32 the tests write into these; each has its like in build/other-wine/written.
-written=(Testing e2e print tests/pictures/pictures)
-
-run_tests() {
-  local folder
+# The checkout as the tests see it there.
+mount_checkout() {
+  local over=$root$checkout/build/win32
   mount_system || return 1
-  mkdir -p "$root$checkout"
+  mkdir -p "$root$checkout" "$home/written"
   mount --bind "$checkout" "$root$checkout" &&
-    mount -o remount,bind,ro "$root$checkout" || return 1
-  for folder in "${written[@]}"; do
-    mkdir -p "$checkout/build/win32/$folder" "$home/written/$folder"
-    mount --bind "$home/written/$folder" "$root$checkout/build/win32/$folder" || return 1
-  done
-  mount --bind "$home/wine" "$root$home/wine" || return 1
+    mount -o remount,bind,ro "$root$checkout" &&
+    mount --bind "$home/wine" "$root$home/wine" || return 1
+  mkdir -p "$home/written/files" "$home/written/work"
+  mount -t overlay written \
+    -o "lowerdir=$checkout/build/win32,upperdir=$home/written/files,workdir=$home/written/work" \
+    "$over" || return 1
   settings=(TERM=dumb "DEMOVEX_WINE_DIR=$home/wine")
   inside wine --version > "$home/version" 2>&1
+}
+
+run_tests() {
+  # what an earlier run wrote would cover what has been built since
+  rm -rf "$home/written"
+  mount_checkout || return 1
   # the library as a file is the same on any Wine, and looked at with this machine's tools
   inside ctest --test-dir "$checkout/build/win32" --output-on-failure -E win32/e2e_library "$@"
 }
 
-# One line a test, from ctest's own lines.
-table() {
-  sed -nE 's/^ *[0-9]+\/[0-9]+ Test +#[0-9]+: +([^ ]+) \.+ *(\**)(.*[^ ]) +([0-9.]+) sec *$/\1\t\3\t\4/p' \
-    "$home/run.log" | sort > "$home/results"
-  echo
-  echo "On $(cat "$home/version"):"
-  local name result seconds reason good=0 bad=0
-  while IFS=$'\t' read -r name result seconds; do
-    reason=$(known_faults | sed -n "s,^$name ,,p")
-    case "$result:$reason" in
-      Passed:) good=$((good + 1)) ;;
-      Passed:*) bad=$((bad + 1)); result="passed, named as a fault of that Wine" ;;
-      *:) bad=$((bad + 1)) ;;
-      *) result="that Wine: $reason" ;;
-    esac
-    printf '  %-42s %8s s  %s\n' "$name" "$seconds" "$result"
-  done < "$home/results"
-  echo "$good of $(wc -l < "$home/results") passed"
-  [ "$bad" = 0 ] && [ "$good" -gt 0 ]
+run_command() {
+  mount_checkout || return 1
+  inside bash -c 'cd "$0" && exec "$@"' "$checkout" "$@"
 }
 
-case ${1:-} in
-  --make-root) make_root; exit ;;
-  --run-tests) shift; run_tests "$@"; exit ;;
-esac
+# Read as a whole before it runs, so that the file may change while the tests do.
+main() {
+  local wanted
+  case ${1:-} in
+    --make-root) make_root; return ;;
+    --run-tests) shift; run_tests "$@"; return ;;
+    --run-command) shift; run_command "$@"; return ;;
+  esac
 
-[ "$(id -u)" = 0 ] || fail "a root of its own needs root"
-mkdir -p "$home/wine"
-exec 7> "$checkout/build/other-wine.lock"
-flock 7
-
-if [ "${1:-}" = --remove ]; then
-  rm -rf --one-file-system "$home"
-  exit
-fi
-
-# quick when the root is whole and has what this file lists
-wanted="$release ${packages[*]}"
-if [ "$(cat "$home/made" 2> /dev/null)" != "$wanted" ]; then
-  echo "other_wine: making a root with Debian's $release (once)"
-  if ! command -v debootstrap > /dev/null; then
-    apt-get -q -y install debootstrap > "$home/make.log" 2>&1 ||
-      fail "debootstrap could not be installed (build/other-wine/make.log)"
-  fi
-  # prefixes and results of another Wine are none of this one's
-  rm -rf --one-file-system "$home/made" "$home/wine" "$home/written"
+  [ "$(id -u)" = 0 ] || fail "a root of its own needs root"
   mkdir -p "$home/wine"
-  apart "$checkout/scripts/other_wine.sh" --make-root > "$home/make.log" 2>&1 7>&- ||
-    fail "no root could be made (the end of build/other-wine/make.log):
-$(tail -n 5 "$home/make.log")"
-  echo "$wanted" > "$home/made"
-  echo "other_wine: $(du -sm "$root" | cut -f 1) MB in build/other-wine/root"
-fi
+  exec 7> "$checkout/build/other-wine.lock"
+  flock 7
 
-[ -e build/win32/CTestTestfile.cmake ] || fail "nothing to test: scripts/build.sh win32 comes first"
-# a display's and a server's names in that root are its own without the machine's network, too
-apart --net "$checkout/scripts/other_wine.sh" --run-tests "$@" 7>&- 2>&1 | tee "$home/run.log"
-table
+  if [ "${1:-}" = --remove ]; then
+    rm -rf --one-file-system "$home" "$checkout/build/other-wine.lock"
+    return
+  fi
+
+  # quick when the root is whole and has what this file lists
+  wanted="$release ${packages[*]}"
+  if [ "$(cat "$home/made" 2> /dev/null)" != "$wanted" ]; then
+    echo "other_wine: making a root with Debian's $release (once)"
+    if ! command -v debootstrap > /dev/null; then
+      apt-get -q -y install debootstrap > "$home/make.log" 2>&1 ||
+        fail "debootstrap could not be installed (build/other-wine/make.log)"
+    fi
+    # prefixes and results of another Wine are none of this one's
+    rm -rf --one-file-system "$home/made" "$home/wine" "$home/written"
+    mkdir -p "$home/wine"
+    apart "$checkout/scripts/other_wine.sh" --make-root > "$home/make.log" 2>&1 7>&- ||
+      fail "no root could be made (the end of build/other-wine/make.log):
+$(tail -n 5 "$home/make.log")"
+    echo "$wanted" > "$home/made"
+    echo "other_wine: $(du -sm "$root" | cut -f 1) MB in build/other-wine/root"
+  fi
+
+  [ -e build/win32/CTestTestfile.cmake ] || fail "nothing to test: scripts/build.sh win32 comes first"
+  # a display's and a server's names in that root are its own without the machine's network, too
+  if [ "${1:-}" = --in ]; then
+    shift
+    apart --net "$checkout/scripts/other_wine.sh" --run-command "$@" 7>&-
+    return
+  fi
+  apart --net "$checkout/scripts/other_wine.sh" --run-tests "$@" 7>&- 2>&1 | tee "$home/run.log"
+  echo
+  echo "On $(cat "$home/version"):"
+  python3 scripts/other_wine_table.py "$home/run.log"
+}
+
+main "$@"; exit
