@@ -22,12 +22,14 @@ void RowCommands::AppendEmptyRow() {
 }
 
 void RowCommands::mnuEditNeueZeile_Click() {
+    const HeldEditorScope held(context_.view.Editor(), state_);
     editor_.CloseEditor();
     AppendEmptyRow();
     editor_.Liste_RowColChange();
 }
 
 void RowCommands::mnuEditZeileOberhalbEinfügen_Click() {
+    const HeldEditorScope held(context_.view.Editor(), state_);
     editor_.CloseEditor();
     BeginChange(context_);
     if (grid_.Row() == 0) {
@@ -40,6 +42,7 @@ void RowCommands::mnuEditZeileOberhalbEinfügen_Click() {
 }
 
 void RowCommands::mnuEditZeilenLöschen_Click() {
+    const HeldEditorScope held(context_.view.Editor(), state_);
     editor_.CloseEditor();
     BeginChange(context_);
     const std::int32_t anchor = grid_.Row();

@@ -258,13 +258,7 @@ void CellEditor::CommitAndSend(GridKey key) {
 }
 
 void CellEditor::Reopen() {
-    // The same cell opens again, so its window need not go and come; but a refused article number
-    // has a message to show.
-    const bool holds = state_.EditCol != column::kArtNr;
-    if (holds) view_.Hold(true);
-    const ScopeExit let_go([&] {
-        if (holds) view_.Hold(false);
-    });
+    const HeldEditorScope held(view_, state_);
     CommitCellEdit();
     Liste_RowColChange();
 }

@@ -2,6 +2,8 @@
 // that stays suppressed would never open again, a grid that stays off would never repaint.
 #pragma once
 
+#include "basket/edit/editor_view.h"
+#include "basket/rows/columns.h"
 #include "basket/state.h"
 
 namespace demovex {
@@ -33,6 +35,25 @@ class RedrawOffScope {
 
   private:
     FlexGrid& grid_;
+};
+
+// The editor's window need not go and come when the editor closes only to open again, on the same
+// cell or another; but a refused article number has a message to show, and is seen to be closed.
+class HeldEditorScope {
+  public:
+    HeldEditorScope(IEditorView& view, const BasketState& state)
+        : view_(view), held_(state.EditCol != column::kArtNr) {
+        if (held_) view_.Hold(true);
+    }
+    ~HeldEditorScope() {
+        if (held_) view_.Hold(false);
+    }
+    HeldEditorScope(const HeldEditorScope&) = delete;
+    HeldEditorScope& operator=(const HeldEditorScope&) = delete;
+
+  private:
+    IEditorView& view_;
+    bool held_;
 };
 
 }  // namespace demovex

@@ -145,7 +145,7 @@ void WindowEditor::Open(const Cell& cell) {
 
 void WindowEditor::Realign(const Cell& cell) {
     background_rect_ = ToPixels(scale_, cell.rect);
-    if (background_visible_) Place(background_, background_rect_);
+    if (background_visible_) PlaceBackground(SWP_NOZORDER);
     if (name_ != cell.name) {
         name_ = cell.name;
         SetLabel(text_label_, name_);
@@ -174,9 +174,15 @@ void WindowEditor::Close() {
 
 void WindowEditor::ShowBackground() {
     background_visible_ = true;
-    // one that lingers is moved as one that was never hidden
-    Place(background_, background_rect_, background_lingers_ ? SWP_NOZORDER : SWP_SHOWWINDOW);
+    // one that lingers is moved as one that was never hidden, and stays where it is to be
+    const bool stays = background_lingers_ && EqualRect(&background_rect_, &background_placed_);
+    if (!stays) PlaceBackground(background_lingers_ ? SWP_NOZORDER : SWP_SHOWWINDOW);
     background_lingers_ = false;
+}
+
+void WindowEditor::PlaceBackground(UINT flags) noexcept {
+    background_placed_ = background_rect_;
+    Place(background_, background_rect_, flags);
 }
 
 void WindowEditor::Hold(bool hold) {

@@ -109,6 +109,7 @@ class WindowEditor final : public IEditorView {
     void ShowButton(bool visible);
     void DrawButton(bool pressed);
     void EnableSetFocusTimer(bool enabled);
+    void PlaceBackground(UINT flags) noexcept;
     bool ParentActive() const noexcept;
 
     HWND parent_;
@@ -122,7 +123,8 @@ class WindowEditor final : public IEditorView {
     WNDPROC text_proc_ = nullptr;  // of the system's text box and list box
     WNDPROC list_proc_ = nullptr;
     RECT background_rect_{};  // where it is, or goes when it is shown
-    RECT text_rect_[2]{};     // where the text boxes are
+    RECT background_placed_{};
+    RECT text_rect_[2]{};  // where the text boxes are
     // Labels without extent right before IPText and IPComboList in z-order: where assistive
     // programs look for the name of a text box or a list.
     HWND text_label_ = nullptr;

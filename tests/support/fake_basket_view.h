@@ -82,6 +82,9 @@ class FakeBasketView final : public IBasketView, public IEditorView {
     // --- the editor as it stands
     TwipsRect background_rect;
     bool background_visible = false;
+    bool background_held = false;
+    bool on_screen = false;  // a held background stays there, though hidden
+    int screen_changes = 0;  // how often it came or went there
     TwipsRect text_rect;
     bool text_visible = false;
     std::wstring text;
@@ -187,8 +190,13 @@ class FakeBasketView final : public IBasketView, public IEditorView {
         button_visible = cell.offers_list;
         if (button_visible) DrawButton(false);
         background_visible = true;
+        PutOnScreen(true);
         Select(0, static_cast<std::int32_t>(text.size()));
         timer_enabled = true;
+    }
+    void Hold(bool hold) override {
+        background_held = hold;
+        if (!hold && !background_visible) PutOnScreen(false);
     }
     void Realign(const Cell& cell) override {
         const EditorLayout layout = LayOutEditor(cell.rect, cell.offers_list ? button_width : 0);
@@ -199,7 +207,7 @@ class FakeBasketView final : public IBasketView, public IEditorView {
     void Close() override {
         timer_enabled = false;
         background_visible = false;
-        if (focus == FocusPlace::kText) focus = FocusPlace::kGrid;
+        if (!background_held) PutOnScreen(false);
     }
     bool IsOpen() const override { return background_visible; }
     std::wstring Text() const override { return text; }
@@ -287,6 +295,11 @@ class FakeBasketView final : public IBasketView, public IEditorView {
     void RequestClose() override { ++close_requests; }
 
   private:
+    void PutOnScreen(bool visible) {
+        if (visible != on_screen) ++screen_changes;
+        on_screen = visible;
+        if (!visible && focus == FocusPlace::kText) focus = FocusPlace::kGrid;
+    }
     void DrawButton(bool pressed) {
         button_pressed = pressed;
         ++button_draws;

@@ -257,6 +257,48 @@ TEST_F(RowCommands, DeletingTheLineOfAnUnknownNumberMakesTheTotalsRightAgain) {
     EXPECT_EQ(basket.Total(column::kGesamtAts), L"200,00");
 }
 
+TEST_F(RowCommands, TheEditorGoesFromRowToRowWithoutLeavingTheScreen) {
+    for (const Command command : {Command::mnuEditNeueZeile, Command::mnuEditZeileOberhalbEinfügen,
+                                  Command::mnuEditZeilenLöschen}) {
+        Fill(8);
+        basket.Click(4, column::kBezeichnung);
+        ASSERT_TRUE(basket.view.on_screen);
+        const int changes = basket.view.screen_changes;
+        Run(command);
+        basket.view.Tick();
+        EXPECT_TRUE(basket.view.EditorOpen());
+        EXPECT_EQ(basket.form.State().EditRow, basket.grid.Row());
+        EXPECT_EQ(basket.view.screen_changes, changes);
+        EXPECT_EQ(basket.view.focus, FakeBasketView::Focus::kText);
+    }
+}
+
+TEST_F(RowCommands, TheEditorLeavesTheScreenWhereNothingCanBeEdited) {
+    Fill(2);
+    basket.grid.Select(1, column::kBezeichnung, 1, column::kBezeichnung);
+    basket.view.Tick();
+    Run(Command::mnuEditZeilenLöschen);
+    ASSERT_TRUE(basket.view.on_screen);
+    Run(Command::mnuEditZeilenLöschen);  // of the last line
+    EXPECT_EQ(basket.Lines(), 0);
+    EXPECT_FALSE(basket.view.EditorOpen());
+    EXPECT_FALSE(basket.view.on_screen);
+    EXPECT_EQ(basket.view.focus, FakeBasketView::Focus::kGrid);
+}
+
+TEST_F(RowCommands, ARefusedNumbersMessageFindsTheEditorOffTheScreen) {
+    for (const Command command : {Command::mnuEditNeueZeile, Command::mnuEditZeileOberhalbEinfügen,
+                                  Command::mnuEditZeilenLöschen}) {
+        Fill(2);
+        basket.Click(1, column::kArtNr);
+        basket.TypeOver(L"nope");
+        bool on_screen = true;
+        basket.messages.while_open = [&] { on_screen = basket.view.on_screen; };
+        Run(command);
+        EXPECT_FALSE(on_screen);
+    }
+}
+
 TEST_F(RowCommands, MovingABlockTwiceDownAndTwiceUpRestoresTheBasket) {
     Fill(7);
     const Texts before = Lines();
