@@ -5,6 +5,7 @@ namespace demovex {
 namespace {
 
 constexpr auto kTypeMismatch = static_cast<HRESULT>(0x800A000D);
+constexpr auto kNoMemory = static_cast<HRESULT>(0x800A0007);
 constexpr auto kObjectNotSet = static_cast<HRESULT>(0x800A005B);
 
 std::wstring CaptionOf(IVEXClient* client) {
@@ -245,6 +246,30 @@ TEST_F(Component, ALinkOfAHundredThousandCharactersHarmsNothing) {
     EXPECT_EQ(Follow(client.Get(), number), kTypeMismatch);
     EXPECT_EQ(client->OnSelectURL(Bstr(std::wstring(100'000, L'x')).Get(), nullptr, nullptr), S_OK);
     EXPECT_NE(BasketText(BasketWindows()[0]).find(number), std::wstring::npos);
+}
+
+// A hundred megabytes each, in a process that has two gigabytes: an order is taken or refused as a
+// whole, and the next one is taken.
+TEST_F(Component, HostStringsOfFiftyMillionCharactersHarmNothing) {
+    const auto client = NewClient();
+    ASSERT_EQ(client->Initialize(Parent()), S_OK);
+    constexpr std::size_t kMany = 50'000'000;
+    {
+        const Bstr foreign(std::wstring(kMany, L'x'));
+        EXPECT_EQ(client->OnSelectURL(foreign.Get(), nullptr, nullptr), S_OK);
+        const HRESULT opened = client->OpenFile(foreign.Get());
+        EXPECT_TRUE(FAILED(opened)) << std::hex << opened;
+    }
+    {
+        const Bstr order(kOrder + std::wstring(kMany, L'7'));
+        const HRESULT followed = client->OnSelectURL(order.Get(), nullptr, nullptr);
+        EXPECT_TRUE(followed == kTypeMismatch || followed == kNoMemory) << std::hex << followed;
+    }
+    WriteBytes(Path(L"leer.bsk"), "");
+    ASSERT_EQ(client->OpenFile(Bstr(Path(L"leer.bsk")).Get()), S_OK);
+    EXPECT_EQ(Follow(client.Get(), L"1000"), S_OK);
+    EXPECT_EQ(Follow(client.Get(), L"1000"), S_OK);
+    EXPECT_NE(BasketText(BasketWindows()[0]).find(L"\r\n1000\tHammer\t2\t"), std::wstring::npos);
 }
 
 TEST_F(Component, APriceThatIsNoNumberIsATypeMismatch) {

@@ -269,7 +269,7 @@ TEST_F(RowCommands, TheEditorGoesFromRowToRowWithoutLeavingTheScreen) {
         EXPECT_TRUE(basket.view.EditorOpen());
         EXPECT_EQ(basket.form.State().EditRow, basket.grid.Row());
         EXPECT_EQ(basket.view.screen_changes, changes);
-        EXPECT_EQ(basket.view.focus, FakeBasketView::Focus::kText);
+        EXPECT_EQ(basket.view.focus, FakeBasketView::FocusPlace::kText);
     }
 }
 
