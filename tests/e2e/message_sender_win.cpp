@@ -6,7 +6,11 @@
 // Half are sent and half are posted. Left out is what a window answers with a loop of its own
 // (menus, dialogs, dragging) or by going, as a user would expect it to. Ends with 0 when it has
 // sent them all, with 1 when there is no window left to send to.
+// clang-format off
 #include <windows.h>
+#include <commdlg.h>
+#include <dde.h>
+// clang-format on
 
 #include <algorithm>
 #include <cstdlib>
@@ -41,15 +45,33 @@ BOOL CALLBACK Collect(HWND window, LPARAM data) {
 }
 
 bool LeftOut(UINT message) {
-    static constexpr UINT kLeftOut[] = {WM_CLOSE,           WM_QUIT,          WM_SYSCOMMAND,
-                                        WM_QUERYENDSESSION, WM_ENDSESSION,    WM_CONTEXTMENU,
-                                        WM_COMMAND,         WM_HELP,          WM_KEYDOWN,
-                                        WM_RBUTTONDOWN,     WM_RBUTTONUP,     WM_SYSKEYDOWN,
-                                        WM_SYSKEYUP,        WM_SYSCHAR,       WM_LBUTTONDOWN,
-                                        WM_LBUTTONDBLCLK,   WM_NCLBUTTONDOWN, WM_NCLBUTTONDBLCLK,
-                                        WM_NCRBUTTONDOWN,   WM_NCRBUTTONUP,   WM_CHAR,
-                                        WM_POWERBROADCAST};
-    return std::find(std::begin(kLeftOut), std::end(kLeftOut), message) != std::end(kLeftOut);
+    constexpr UINT kSystemMenu = 0x0313;  // WM_POPUPSYSTEMMENU
+    static const UINT left_out[] = {WM_CLOSE,
+                                    WM_QUIT,
+                                    WM_SYSCOMMAND,
+                                    WM_QUERYENDSESSION,
+                                    WM_ENDSESSION,
+                                    WM_CONTEXTMENU,
+                                    WM_COMMAND,
+                                    WM_HELP,
+                                    WM_KEYDOWN,
+                                    WM_CHAR,
+                                    WM_SYSKEYDOWN,
+                                    WM_SYSKEYUP,
+                                    WM_SYSCHAR,
+                                    WM_LBUTTONDOWN,
+                                    WM_LBUTTONDBLCLK,
+                                    WM_RBUTTONDOWN,
+                                    WM_RBUTTONUP,
+                                    WM_NCLBUTTONDOWN,
+                                    WM_NCLBUTTONDBLCLK,
+                                    WM_NCRBUTTONDOWN,
+                                    WM_NCRBUTTONUP,
+                                    kSystemMenu,
+                                    RegisterWindowMessageW(HELPMSGSTRINGW)};
+    // what a conversation of this kind hands over is unpacked by the sender's side of the system
+    if (message >= WM_DDE_FIRST && message <= WM_DDE_LAST) return true;
+    return std::find(std::begin(left_out), std::end(left_out), message) != std::end(left_out);
 }
 
 // Whether the system takes the second parameter for a number, however it arrives.
@@ -95,9 +117,11 @@ int main(int argc, char** argv) {
         --left;
         HWND window = search.windows[random() % search.windows.size()];
         const auto wparam = static_cast<WPARAM>(parameter());
-        const LPARAM lparam = TakesANumber(message) ? parameter()
-                              : random() % 2 == 0   ? reinterpret_cast<LPARAM>(&zeros[0])
-                                                    : 0;
+        // (a timer's message would have the system call what its parameter points to)
+        const LPARAM lparam = message == WM_TIMER     ? 0
+                              : TakesANumber(message) ? parameter()
+                              : random() % 2 == 0     ? reinterpret_cast<LPARAM>(&zeros[0])
+                                                      : 0;
         if (random() % 2 == 0) {
             DWORD_PTR answer = 0;
             SendMessageTimeoutW(window, message, wparam, lparam, SMTO_ABORTIFHUNG, 5000, &answer);
