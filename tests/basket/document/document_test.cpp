@@ -51,6 +51,75 @@ TEST_F(Document, OpenAndRecentFilesLeaveNoEditorOpenWhileTheyAsk) {
     EXPECT_EQ(asked, 2);
 }
 
+// --- no save destroys what the basket does not know
+
+TEST_F(Document, AFileThatChangedWhileItWasLoadedIsAskedFor) {
+    PutBasket("4711\t\t1\r\n4712\t\t2\r\n");
+    files.before = [this](std::string_view operation) {
+        if (operation != "OpenShared") return;
+        files.before = nullptr;
+        PutBasket("1000\t\t9\r\n");  // the lines above have been read
+    };
+    form.Load(kFile);
+    ASSERT_EQ(Lines(), 2);
+    form.Run(Command::mnuDateiSpeichern);
+    ASSERT_EQ(messages.shown.size(), 1u);
+    EXPECT_EQ(messages.shown[0].title, L"Speichern");
+    EXPECT_EQ(Saved(), "DemoVexClient.Client\r\n1000\t\t9\r\n");
+}
+
+TEST_F(Document, AFileThatWasKnownAndWhoseSecondLoadEndedHalfWayIsAskedFor) {
+    std::string lines;
+    for (int i = 0; i < 600; ++i) lines += i % 2 == 0 ? "4711\t\t1\r\n" : "4712\t\t1\r\n";
+    PutBasket(lines);
+    form.Load(kFile);
+    const std::string whole = Saved();
+    view.cancel_after = 1;  // Escape
+    EXPECT_EQ(RaisedBy([&] { form.Load(kFile); }), -1);
+    ASSERT_LT(Lines(), 600);
+    form.Run(Command::mnuDateiSpeichern);
+    EXPECT_EQ(messages.shown.size(), 1u);
+    EXPECT_EQ(Saved(), whole);
+}
+
+// A link that is followed while a question or a dialog stands may open the editor.
+TEST_F(Document, WhatWasSavedIsNotChangedByAnEditorThatOpenedMeanwhile) {
+    Changed();
+    const auto link = [this] { Link(L""); };
+    const auto leave_and_expect_unmodified = [this] {
+        EXPECT_FALSE(view.EditorOpen());
+        EXPECT_FALSE(form.Modified());
+        Click(1, column::kPreisAts);
+        EXPECT_FALSE(form.Modified());
+        EXPECT_NE(Saved().find("4712"), std::string::npos);
+    };
+    PutBasket("1000\t\t9\r\n");
+    messages.answers = {MessageAnswer::kYes};
+    messages.while_open = link;
+    form.Run(Command::mnuDateiSpeichern);
+    ASSERT_EQ(Lines(), 3);
+    leave_and_expect_unmodified();
+    file_dialogs.while_open = link;
+    file_dialogs.Choose(kFile);
+    form.Run(Command::mnuDateiSpeichernUnter);
+    ASSERT_EQ(Lines(), 4);
+    leave_and_expect_unmodified();
+}
+
+TEST_F(Document, ASaveThatFailsNamesThePathAsItWasGiven) {
+    files.AddFolder(L"C:\\B");
+    files.Put(L"C:\\B\\b.bsk", "4711\t\t1\r\n");
+    form.Load(L"b.bsk");
+    files.At(L"C:\\B\\b.bsk").read_only = true;
+    std::wstring told;
+    try {
+        form.Run(Command::mnuDateiSpeichern);
+    } catch (const Error& error) {
+        told = error.description();
+    }
+    EXPECT_EQ(told.substr(0, told.find(L':')), L"Datei 'b.bsk' kann nicht gespeichert werden");
+}
+
 TEST_F(Document, ClosingWithASaveThatFailsKeepsTheWindowAndTheBasket) {
     Changed();
     files.At(kFile).read_only = true;
