@@ -137,6 +137,15 @@ TEST_F(EditorReopen, WhereNothingMayBeEditedInputOpensNothing) {
     EXPECT_FALSE(basket.view.EditorOpen());
 }
 
+TEST_F(EditorReopen, InputThatOpensNothingDoesNotScroll) {
+    for (int i = 0; i < 60; ++i) basket.Link(i % 2 == 0 ? L"4711" : L"4712");
+    basket.Select(1, column::kPreisAts, 1, column::kPreisAts);
+    basket.grid.SetTopRow(30);
+    EXPECT_FALSE(GridType(L'7'));
+    EXPECT_FALSE(GridKeyDown(View::kF2));
+    EXPECT_EQ(basket.grid.TopRow(), 30);
+}
+
 TEST_F(EditorReopen, AnArrowThatEndsOnASingleEditableCellOpensIt) {
     basket.Click(1, column::kMenge);
     basket.Press(View::kDown, shift_state::kShift);

@@ -97,6 +97,16 @@ TEST_F(NumberFormatChange, AQuantityThatIsBeingTypedKeepsItsValue) {
     EXPECT_EQ(basket.Cell(2, column::kGesamtAts), L"5.25");
 }
 
+TEST_F(NumberFormatChange, AQuantityThatIsBeingTypedStaysAsTypedWhereThatMeansTheSame) {
+    basket.Click(2, column::kMenge);
+    basket.TypeOver(L"007");
+    basket.view.Select(1, 1);
+    ChangeTo(FakeLocale::kUnitedStates);
+    EXPECT_EQ(basket.view.text, L"007");
+    EXPECT_EQ(basket.view.sel_start, 1);
+    EXPECT_EQ(basket.view.sel_length, 1);
+}
+
 TEST_F(NumberFormatChange, LinesThatAreIncompleteStayAsTheyAre) {
     EXPECT_EQ(RaisedBy([&] { basket.Link(L"nope"); }), 13);
     ChangeTo(FakeLocale::kUnitedStates);
