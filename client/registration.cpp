@@ -12,8 +12,8 @@ constexpr std::wstring_view kProgId = L"DemoVexClient.Client";
 constexpr std::wstring_view kClass = L"{CEEF0286-8A5C-4758-8F46-73D09F214B95}";
 constexpr std::wstring_view kInterface = L"{CEEF0285-8A5C-4758-8F46-73D09F214B95}";
 constexpr std::wstring_view kLibrary = L"{CEEF0284-8A5C-4758-8F46-73D09F214B95}";
-constexpr std::wstring_view kLibraryVersion = L"1.1";
-constexpr std::wstring_view kLibraryName = L"Vexmart Demo Warenkorb 1.1";
+constexpr std::wstring_view kLibraryVersion = L"" DEMOVEX_LIBRARY_VERSION;
+constexpr std::wstring_view kLibraryName = L"Vexmart Demo Warenkorb " DEMOVEX_LIBRARY_VERSION;
 // The system's proxy for interfaces that a type library describes.
 constexpr std::wstring_view kAutomationProxy = L"{00020424-0000-0000-C000-000000000046}";
 

@@ -15,9 +15,7 @@ std::wstring Link(std::wstring_view address, std::wstring_view text) {
 
 std::wstring AboutText(std::wstring_view component_folder) {
     const std::wstring help_page = std::wstring(component_folder) + L"\\" + kHelpPage;
-    std::wstring text = L"Version ";
-    text += kAboutVersion;
-    text += L"\r\n\r\n";
+    std::wstring text = L"Version " DEMOVEX_VERSION "\r\n\r\n";
     text += L"Sammelt Artikel aus dem Katalog zu einer Bestellung,\r\n";
     text += L"mit Preisen in Schilling und Euro.\r\n\r\n";
     text += Link(help_page, L"Hilfe zum Warenkorb") + L"\r\n";

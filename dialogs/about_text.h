@@ -8,7 +8,6 @@
 namespace demovex {
 
 inline constexpr wchar_t kAboutTitle[] = L"Vexmart Demo Warenkorb";
-inline constexpr wchar_t kAboutVersion[] = L"1.1";
 inline constexpr wchar_t kAboutWebAddress[] = L"http://www.vexmart.example/";
 // The help page's name in the component's folder.
 inline constexpr wchar_t kHelpPage[] = L"DemoVexClient.html";

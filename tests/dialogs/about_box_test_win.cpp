@@ -22,7 +22,8 @@ namespace demovex {
 namespace {
 
 const std::wstring kTwoLinks =
-    L"Version 1.1\r\n\r\n<A HREF=\"C:\\Hilfe\\Hilfe.html\">Hilfe zum Warenkorb</A>\r\n"
+    L"Version " DEMOVEX_VERSION
+    "\r\n\r\n<A HREF=\"C:\\Hilfe\\Hilfe.html\">Hilfe zum Warenkorb</A>\r\n"
     L"<A HREF=\"http://www.vexmart.example/\">www.vexmart.example</A>";
 
 BOOL CALLBACK FindDialog(HWND window, LPARAM place) {
@@ -115,7 +116,8 @@ TEST_F(AboutBoxTest, ShowsTitlePictureAndTextWithoutMarkup) {
     });
     EXPECT_EQ(caption, kAboutTitle);
     EXPECT_EQ(title, kAboutTitle);
-    EXPECT_EQ(info, L"Version 1.1\r\n\r\nHilfe zum Warenkorb\r\nwww.vexmart.example");
+    EXPECT_EQ(info,
+              L"Version " DEMOVEX_VERSION "\r\n\r\nHilfe zum Warenkorb\r\nwww.vexmart.example");
     EXPECT_EQ(icon, reinterpret_cast<LRESULT>(picture));
     EXPECT_FALSE(owner_enabled);
     EXPECT_EQ(dialog_owner, owner);

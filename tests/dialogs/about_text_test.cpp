@@ -20,7 +20,7 @@ TEST(AboutText, TellsTheVersionAndLinksTheShippedHelpPageAndTheWeb) {
     EXPECT_EQ(parsed.links[0].Tag, L"C:\\Programme\\Vexmart Demo\\DemoVexClient.html");
     EXPECT_EQ(parsed.links[0].caption, L"Hilfe zum Warenkorb");
     EXPECT_EQ(parsed.links[1].Tag, L"http://www.vexmart.example/");
-    EXPECT_EQ(parsed.caption.find(L"Version 1.1\r\n"), 0u);
+    EXPECT_EQ(parsed.caption.find(L"Version " DEMOVEX_VERSION "\r\n"), 0u);
     EXPECT_EQ(parsed.caption.find(L'<'), std::wstring::npos);
 }
 

@@ -84,6 +84,10 @@ timestamp() {
   header=$(od -An -t u4 -j 60 -N 4 "$1" | tr -d ' ')
   od -An -t u4 -j $((header + 8)) -N 4 "$1" | tr -d ' '
 }
+# the project's version as four numbers
+version=$(sed -n 's/^project(DemoVexClient VERSION \([0-9.]*\).*/\1.0.0.0/p' "$root/CMakeLists.txt" |
+  cut -d . -f 1-4)
+ok "the project has a version" test -n "$version"
 for file in "$dll" "$1/DemoVexHost.exe" "$1/DemoVexHostPlain.exe"; do
   name=$(basename "$file")
   $objdump -p "$file" > "$here/file"
@@ -94,7 +98,8 @@ for file in "$dll" "$1/DemoVexHost.exe" "$1/DemoVexHostPlain.exe"; do
     ok "$name: $guard" grep -qE "^[[:space:]]*$guard" "$here/file"
   done
   resources=$(i686-w64-mingw32-windres -J coff -i "$file" -O rc 2> /dev/null | tr -d '\0')
-  contains "$name: a version resource" "$resources" VERSIONINFO
+  contains "$name: its version" "$resources" "FILEVERSION ${version//./, }"
+  contains "$name: its version for people" "$resources" "VALUE \"FileVersion\", \"$version"
   contains "$name: an icon" "$resources" "ICON"
   manifests=$(echo "$resources" | grep -c RT_MANIFEST)
   case $name in DemoVexHost.exe) should=1 ;; *) should=0 ;; esac
