@@ -7,6 +7,8 @@
 #include "catalog/artikel_stamm.h"
 #include "tests/support/fake_text_service.h"
 #include "tests/support/one_file.h"
+#include "tools/encodings.h"
+#include "tools/import.h"
 #include "tools/master_file.h"
 #include "tools/order_sound.h"
 #include "tools/sample_articles.h"
@@ -108,6 +110,11 @@ TEST(CheckMaster, NamesWhatIsWrong) {
     EXPECT_EQ(CheckMaster(broken), Findings{"record 1: a line break within it"});
     EXPECT_EQ(CheckMaster(std::string(52, ' ') + "\r\n"),
               (Findings{"record 1: no number", "record 1: no price"}));
+    EXPECT_EQ(CheckMaster(MakeMaster({{L"1", L"a", L"abc", L""}})),
+              Findings{"record 1: the price \"abc\" is no number"});
+    const std::string point = MakeMaster({{L"1", L"a", L"12.50", L""}});
+    EXPECT_EQ(CheckMaster(point), Findings{"record 1: the price \"12.50\" is no number"});
+    EXPECT_EQ(CheckMaster(point, 20, DecimalSign::kPoint), Findings());
 }
 
 TEST(CheckMaster, StopsAfterTheLimitAndSaysSo) {
@@ -121,19 +128,24 @@ TEST(CheckMaster, StopsAfterTheLimitAndSaysSo) {
 }
 
 TEST(TabSeparated, ComesBackAsItWas) {
-    const std::vector<Article> articles = SampleArticles();
-    const std::vector<Article> again = FromTabSeparated(FromUtf8(ToUtf8(ToTabSeparated(articles))));
-    ASSERT_EQ(again.size(), articles.size());
-    EXPECT_EQ(MakeMaster(again), MakeMaster(articles));
-    EXPECT_EQ(again.back().gruppe, articles.back().gruppe);
+    std::vector<Article> articles = SampleArticles();
+    const Import import = ImportArticles(ToUtf8(ToTabSeparated(articles)));
+    EXPECT_TRUE(import.findings.empty());
+    ASSERT_EQ(import.records.size(), articles.size());
+    SortByNumber(articles);
+    EXPECT_EQ(MasterBytes(import.records), MakeMaster(articles));
 }
 
 TEST(TabSeparated, TakesAnyLineEndAndRefusesShortLines) {
-    EXPECT_EQ(FromTabSeparated(L"1\ta\t5\n\n2\tb\t6\tgroup\r\n3\tc\t7").size(), 3u);
-    EXPECT_EQ(MessageOf([] { FromTabSeparated(L"1\ta\t5\r\n2\tb\r\n"); }),
-              "line 2: number, description and price, separated by tabs, are needed");
-    EXPECT_EQ(MessageOf([] { FromTabSeparated(L"\ta\t5"); }),
-              "line 1: number, description and price, separated by tabs, are needed");
+    const Import good = ImportArticles("1\ta\t5\n\n2\tb\t6\tgroup\r\n3\tc\t7\r4\td\t8");
+    EXPECT_EQ(good.records.size(), 4u);
+    EXPECT_TRUE(good.findings.empty());
+    const Import bad = ImportArticles("1\ta\t5\r\n2\tb\r\n\tc\t7");
+    ASSERT_EQ(bad.findings.size(), 2u);
+    EXPECT_EQ(bad.findings[0].line, 2u);
+    EXPECT_EQ(bad.findings[0].text, "number, description and price, separated by tabs, are needed");
+    EXPECT_EQ(bad.findings[1].line, 3u);
+    EXPECT_EQ(bad.findings[1].text, "no number");
 }
 
 TEST(Encodings, Windows1252AndUtf8AgreeOnEveryByte) {
@@ -157,6 +169,35 @@ TEST(Encodings, Windows1252AndUtf8AgreeOnEveryByte) {
                               "\xF4\x90\x80\x80", "\xFF"}) {
         EXPECT_THROW(FromUtf8(bytes), std::runtime_error) << bytes;
     }
+}
+
+TEST(Encodings, AnyFileIsReadByItsMarkOrItsBytes) {
+    const auto decoded = [](std::string bytes) {
+        const DecodedText text = DecodeText(std::move(bytes));
+        return std::string(text.encoding) + ": " + text.utf8;
+    };
+    EXPECT_EQ(decoded("S\xC3\xA4ge"), "UTF-8: S\xC3\xA4ge");
+    EXPECT_EQ(decoded("\xEF\xBB\xBF"
+                      "1"),
+              "UTF-8: 1");
+    EXPECT_EQ(decoded("S\xE4ge \x80"), "ANSI: S\xC3\xA4ge \xE2\x82\xAC");
+    EXPECT_EQ(decoded(std::string("\xFF\xFE\xE4\0\x3D\xD8\x28\xDD", 8)),
+              "UTF-16: \xC3\xA4\xF0\x9F\x94\xA8");
+    EXPECT_EQ(decoded(std::string("\xFE\xFF\0\xE4\xD8\x3D", 6)), "UTF-16: \xC3\xA4\xEF\xBF\xBD");
+    EXPECT_EQ(decoded(std::string("1\0;\0a\0", 6)), "UTF-16: 1;a");
+    EXPECT_EQ(decoded(std::string("\0"
+                                  "1\0;\0a",
+                                  6)),
+              "UTF-16: 1;a");
+    EXPECT_EQ(decoded(""), "UTF-8: ");
+}
+
+TEST(Encodings, ACharacterThatTheMasterLacksBecomesAQuestionMark) {
+    std::string bytes;
+    EXPECT_TRUE(Utf8ToWindows1252("S\xC3\xA4ge \xE2\x82\xAC", bytes));
+    EXPECT_EQ(bytes, "S\xE4ge \x80");
+    EXPECT_FALSE(Utf8ToWindows1252("\xC5\x81\xF0\x9F\x94\xA8!", bytes));
+    EXPECT_EQ(bytes, "?\?!");
 }
 
 TEST(OrderSound, IsAShortMonoWaveThatNeitherClipsNorClicks) {

@@ -1,7 +1,8 @@
-// The order of article numbers where there is no Windows to ask.
+// The order of article numbers and the sign of decimals where there is no Windows to ask.
 #include <algorithm>
 
-#include "tools/master_file.h"
+#include "tools/number_order.h"
+#include "tools/price.h"
 
 namespace demovex::tools {
 namespace {
@@ -22,11 +23,14 @@ int CompareNumbers(std::wstring_view a, std::wstring_view b) {
     return a.size() == b.size() ? 0 : a.size() < b.size() ? -1 : 1;
 }
 
-bool OrderIsKnown(std::wstring_view number) {
-    return std::all_of(number.begin(), number.end(), [](wchar_t c) {
-        const wchar_t folded = Folded(c);
-        return (c >= L'0' && c <= L'9') || (folded >= L'a' && folded <= L'z');
+bool OrderIsKnown(std::string_view number) {
+    return std::all_of(number.begin(), number.end(), [](char c) {
+        return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
     });
+}
+
+DecimalSign SystemDecimalSign() {
+    return DecimalSign::kComma;
 }
 
 }  // namespace demovex::tools
