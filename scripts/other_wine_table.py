@@ -17,6 +17,7 @@ KNOWN = {
         "every monitor is where the first is",
     ("win32/basket_monitors", "WindowMonitors.FurtherBasketsStepAsideAndStayOnTheMonitor"):
         "every monitor is where the first is",
+    ("win32/print_pages", "landscape"): "a queue's defaults are not kept",
 }
 
 RESULT = re.compile(r"^ *\d+/\d+ Test +#\d+: +(\S+) \.+ *\**(.*\S) +([0-9.]+) sec *$")
