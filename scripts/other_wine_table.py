@@ -60,7 +60,7 @@ def judge(test, result, cases, seen, told):
     if healed := sorted(known.keys() - cases):
         return "passes now, named as a fault of that Wine: " + ", ".join(healed), "failed"
     if cases:
-        return f"known, {len(cases)} cases: " + "; ".join(sorted(set(known.values()))), "known"
+        return f"known ({len(cases)}): " + "; ".join(sorted(set(known.values()))), "known"
     return "passed", "passed"
 
 
