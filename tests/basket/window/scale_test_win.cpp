@@ -57,6 +57,8 @@ class ScaledWindow : public BasketWindowFixture {
         MapWindowPoints(nullptr, Handle(), reinterpret_cast<POINT*>(&rect), 2);
         return rect;
     }
+    // Whether a row stands clear of the lower edge by the 90 twips that the editor asks for.
+    bool InView(std::int32_t row) const { return Grid().RowPos(row + 1) <= Grid().Height() - 90; }
     // The inside of a cell on the screen, without its lines.
     RECT CellOnScreen(std::int32_t row, std::int32_t col) const {
         const PixelRect cell = Grid().CellRect(row, col);
@@ -116,6 +118,12 @@ TEST(WindowScale, TheEditorLiesOnThePixelsOfItsCellAtEveryScale) {
         basket.Grid().SetTopRow(1);
         for (const std::int32_t row : {1, 2, 3, 5, 8}) {
             SCOPED_TRACE(::testing::Message() << dpi << " dpi, row " << row);
+            // how many rows of the largest scales the display shows is up to the system's bars
+            if (!basket.InView(row)) {
+                EXPECT_GT(dpi, 240);
+                EXPECT_GT(row, 5);
+                break;
+            }
             basket.Grid().Select(row, column::kArtNr, row, column::kArtNr);
             basket.Pump();
             ASSERT_TRUE(basket.EditorOpen());
