@@ -5,9 +5,7 @@
 #include "base/error.h"
 
 namespace demovex {
-namespace {
 
-// The integral double nearest to `value`, halves to even.
 double NearestEven(double value) {
     const double floor = std::floor(value);
     const double rest = value - floor;
@@ -15,8 +13,6 @@ double NearestEven(double value) {
     if (rest > 0.5) return floor + 1;
     return std::fmod(floor, 2.0) == 0.0 ? floor : floor + 1;
 }
-
-}  // namespace
 
 std::int32_t RoundToInt32(double value) {
     const double nearest = NearestEven(value);

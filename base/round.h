@@ -5,6 +5,9 @@
 
 namespace demovex {
 
+// The integral double nearest to `value`, halves to even.
+double NearestEven(double value);
+
 // The integer nearest to `value`, halves to even; raises 6 when it does not fit into 32 bits or
 // `value` is not a number.
 std::int32_t RoundToInt32(double value);

@@ -1,7 +1,6 @@
 #include "basket/printing.h"
 
 #include <algorithm>
-#include <cmath>
 #include <memory>
 #include <optional>
 #include <utility>
@@ -29,12 +28,9 @@ constexpr std::int32_t kLastLeftColumn = column::kBezeichnung;
 // The printed width of a column: its share of 90 % of the page. The product is a whole number
 // before it is divided, and wide enough for any grid, so that a very wide column cannot overflow.
 std::int32_t PrintedWidth(Twips width, std::int32_t page_width, std::int32_t total) {
-    const double product = width * (page_width * 0.9);
-    const double floor = std::floor(product);
-    const double rest = product - floor;
-    const bool up = rest > 0.5 || (rest == 0.5 && std::fmod(floor, 2.0) != 0.0);
+    const double product = NearestEven(width * (page_width * 0.9));
     if (total == 0) RaiseRuntimeError(runtime_error::kDivisionByZero);
-    return CheckedNarrow((static_cast<std::int64_t>(floor) + (up ? 1 : 0)) / total);
+    return CheckedNarrow(static_cast<std::int64_t>(product) / total);
 }
 
 bool IsHighSurrogate(wchar_t c) {

@@ -6,7 +6,7 @@
 // von n" at the foot. Columns of width 0 take no room; the others share 90 % of the printable
 // width, beginning at 6 %.
 //
-//   Printing printing(context, [&] { form.CommitCellEdit(); }, [&] { return form.Caption(); });
+//   Printing printing(context, [&] { editor.CloseEditor(); }, [&] { return state.Caption; });
 //   printing.mnuDateiDrucken_Click();
 //
 // Cost: a few measured and printed texts per cell; nothing is kept between jobs.

@@ -38,8 +38,8 @@ constexpr bool IsModifier(int key) noexcept {
 // From the ground up: each room refers only to rooms above its line.
 struct TestLibForm::Rooms {
     Rooms(TestLibForm& form, FlexGrid& liste, IBasketView& view, Services& services)
-        : moArtikelstamm(services.files, services.text),
-          table(liste, services.text, moArtikelstamm),
+        : articles(services.files, services.text),
+          table(liste, services.text, articles),
           context{liste, table, view, services, state},
           note(context),
           editor(context),
@@ -53,7 +53,7 @@ struct TestLibForm::Rooms {
               context, [this] { editor.CloseEditor(); }, [this] { return state.Caption; }) {}
 
     BasketState state;
-    ArticleMaster moArtikelstamm;
+    ArticleMaster articles;
     OrderTable table;
     BasketContext context;
     IncompleteNote note;
@@ -83,12 +83,12 @@ void TestLibForm::Initialize() {
     r.view_commands.ReadSettings();
     r.context.view.BuildToolbar();
     r.view_commands.BuildMenus();
-    r.moArtikelstamm.Open(r.context.services.component_folder + L"\\artikel.db");
+    r.articles.Open(r.context.services.component_folder + L"\\artikel.db");
     try {
         r.table.BuildEmpty();
         r.recent_files.RefreshRecentFiles();
     } catch (...) {
-        r.moArtikelstamm.Close();  // a set-up that fails leaves no open file behind
+        r.articles.Close();  // a set-up that fails leaves no open file behind
         throw;
     }
     r.state.InitPending = false;
@@ -138,7 +138,7 @@ bool TestLibForm::Form_Unload() {
     if (cancel) return true;
     // Neither a settings store that refuses nor a host that fails keeps the window open: it says so
     // and goes.
-    const auto carry_on = [&r](auto&& step) {
+    const auto tell_failure_of = [&r](auto&& step) {
         try {
             step();
         } catch (const Error& error) {
@@ -146,10 +146,10 @@ bool TestLibForm::Form_Unload() {
                                              MessageButtons::kOk, MessageIcon::kExclamation);
         }
     };
-    carry_on([&] { r.view_commands.WriteSettings(); });
+    tell_failure_of([&] { r.view_commands.WriteSettings(); });
     // let go of first: the host may destroy the window from within, and is not told again then
     if (IBasketOwner* const owner = std::exchange(moLibrary, nullptr)) {
-        carry_on([owner] { owner->ClientClosing(); });
+        tell_failure_of([owner] { owner->ClientClosing(); });
     }
     return false;
 }
@@ -167,7 +167,7 @@ bool TestLibForm::AddArtikel(const std::wstring& ArtikelNr, const std::wstring& 
     static_cast<void>(UseExternalInfoBox);
     Rooms& r = *rooms_;
     r.context.view.ShowNote({});
-    r.files.Thaw();
+    r.files.ResumePainting();
     // What was ordered comes into view also when its totals cannot be reckoned.
     bool result = false;
     std::exception_ptr failed;
@@ -245,7 +245,7 @@ void TestLibForm::Liste_DblClick() {
 }
 
 void TestLibForm::Liste_MouseUp(int Button, int Shift, Twips X, Twips Y) {
-    rooms_->files.Thaw();
+    rooms_->files.ResumePainting();
     constexpr int kRightButton = 2;
     if (Button != kRightButton || Shift != 0) return;
     const TwipsPoint grid = rooms_->context.view.GridOrigin();
@@ -318,63 +318,63 @@ void TestLibForm::MenuOpened(Command top) {
 void TestLibForm::Run(Command command) {
     Rooms& r = *rooms_;
     r.context.view.ShowNote({});
-    r.files.Thaw();
+    r.files.ResumePainting();
+    using enum Command;
     switch (command) {
-        case Command::mnuDateiNeu:
+        case mnuDateiNeu:
             return r.files.mnuDateiNeu_Click();
-        case Command::mnuDateiOeffnen:
+        case mnuDateiOeffnen:
             return r.files.mnuDateiOeffnen_Click();
-        case Command::mnuDateiSpeichern:
+        case mnuDateiSpeichern:
             return r.files.mnuDateiSpeichern_Click();
-        case Command::mnuDateiSpeichernUnter:
+        case mnuDateiSpeichernUnter:
             return r.files.mnuDateiSpeichernUnter_Click();
-        case Command::mnuDateiLRU1:
-        case Command::mnuDateiLRU2:
-        case Command::mnuDateiLRU3:
-        case Command::mnuDateiLRU4:
-            return r.files.mnuDateiLRU_Click(IndexFrom1(command, Command::mnuDateiLRU1));
-        case Command::mnuDateiBeenden:
+        case mnuDateiLRU1:
+        case mnuDateiLRU2:
+        case mnuDateiLRU3:
+        case mnuDateiLRU4:
+            return r.files.mnuDateiLRU_Click(IndexFrom1(command, mnuDateiLRU1));
+        case mnuDateiBeenden:
             return r.files.mnuDateiBeenden_Click();
-        case Command::mnuContextSendTo1:
-        case Command::mnuContextSendTo2:
-        case Command::mnuContextSendTo3:
-        case Command::mnuContextSendTo4:
-            return r.sending.mnuContextSendTo_Click(
-                IndexFrom1(command, Command::mnuContextSendTo1));
-        case Command::mnuContextSendToOther:
+        case mnuContextSendTo1:
+        case mnuContextSendTo2:
+        case mnuContextSendTo3:
+        case mnuContextSendTo4:
+            return r.sending.mnuContextSendTo_Click(IndexFrom1(command, mnuContextSendTo1));
+        case mnuContextSendToOther:
             return r.sending.mnuContextSendToOther_Click();
-        case Command::mnuDateiDrucken:
+        case mnuDateiDrucken:
             return r.printing.mnuDateiDrucken_Click();
-        case Command::mnuDateiSendenanZwischenablage:
+        case mnuDateiSendenanZwischenablage:
             return r.clipboard.mnuDateiSendenanZwischenablage_Click();
-        case Command::mnuEditAusschneiden:
+        case mnuEditAusschneiden:
             return r.clipboard.mnuEditAusschneiden_Click();
-        case Command::mnuEditKopieren:
+        case mnuEditKopieren:
             return r.clipboard.mnuEditKopieren_Click();
-        case Command::mnuEditEinfuegen:
+        case mnuEditEinfuegen:
             return r.clipboard.mnuEditEinfuegen_Click();
-        case Command::mnuEditNeueZeile:
+        case mnuEditNeueZeile:
             return r.row_commands.mnuEditNeueZeile_Click();
-        case Command::mnuEditZeileOberhalbEinfügen:
+        case mnuEditZeileOberhalbEinfügen:
             return r.row_commands.mnuEditZeileOberhalbEinfügen_Click();
-        case Command::mnuEditZeilenLöschen:
+        case mnuEditZeilenLöschen:
             return r.row_commands.mnuEditZeilenLöschen_Click();
-        case Command::mnuEditZeilenNachOben:
+        case mnuEditZeilenNachOben:
             return r.row_commands.mnuEditZeilenNachOben_Click();
-        case Command::mnuEditZeilenNachUnten:
+        case mnuEditZeilenNachUnten:
             return r.row_commands.mnuEditZeilenNachUnten_Click();
-        case Command::mnuAnsichtGotoCatalogPage:
-        case Command::mnuContextGotoCatalog:
+        case mnuAnsichtGotoCatalogPage:
+        case mnuContextGotoCatalog:
             return r.view_commands.mnuAnsichtGotoCatalogPage_Click();
-        case Command::mnuAnsichtOptColWidth:
+        case mnuAnsichtOptColWidth:
             return r.view_commands.mnuAnsichtOptColWidth_Click();
-        case Command::mnuAnsichtSymbolleiste:
+        case mnuAnsichtSymbolleiste:
             return r.view_commands.mnuAnsichtSymbolleiste_Click();
-        case Command::mnuAnsichtStatusleiste:
+        case mnuAnsichtStatusleiste:
             return r.view_commands.mnuAnsichtStatusleiste_Click();
-        case Command::mnuHilfeInfo:
+        case mnuHilfeInfo:
             return r.context.view.ShowAboutBox();
-        case Command::mnuContextCopySelectionToClipboard:
+        case mnuContextCopySelectionToClipboard:
             return r.clipboard.mnuContextCopySelectionToClipboard_Click();
         default:
             return;  // separators, menus, and items without action

@@ -19,6 +19,9 @@ namespace demovex {
 // Keystrokes that a command hands to the focused text box.
 enum class EditKey { kCut, kCopy, kPaste };
 
+// The toolbar's height is a given; the status bar's is measured.
+inline constexpr Twips kToolbarHeight = 360;
+
 class IBasketView {
   public:
     virtual ~IBasketView() = default;

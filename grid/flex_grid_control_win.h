@@ -40,20 +40,18 @@
 
 #include "base/error.h"
 #include "grid/flex_grid.h"
+#include "platform/shift_state.h"
 #include "platform/text.h"
 
 namespace demovex {
 
 inline constexpr wchar_t kFlexGridControlClass[] = L"DemoVexClient.FlexGrid";
 
-// Bits of `shift` and values of `button` in the mouse events.
+// Values of `button` in the mouse events; `shift` has the bits of shift_state.
 namespace grid_mouse {
 inline constexpr int kLeft = 1;
 inline constexpr int kRight = 2;
 inline constexpr int kMiddle = 4;
-inline constexpr int kShift = 1;
-inline constexpr int kCtrl = 2;
-inline constexpr int kAlt = 4;
 }  // namespace grid_mouse
 
 class IFlexGridControlEvents {

@@ -5,6 +5,7 @@
 
 #include "grid/gdi_surface_win.h"
 #include "grid/grid_painter.h"
+#include "platform/key_state_win.h"
 #include "platform/screen_scale_win.h"
 
 namespace demovex {
@@ -23,10 +24,6 @@ bool IsWitness(LONG_PTR data) noexcept {
 
 RECT ToRect(const PixelRect& rect) {
     return {rect.left, rect.top, rect.right, rect.bottom};
-}
-
-bool Down(int key) {
-    return GetKeyState(key) < 0;
 }
 
 // Whether the region of a WM_NCPAINT (in screen coordinates; 1 is the whole window) touches nothing
@@ -262,7 +259,7 @@ LRESULT FlexGridImplWin::Handle(UINT message, WPARAM wparam, LPARAM lparam) {
             return 0;
         case WM_NCPAINT:
             // a window that leaves from above the grid uncovers cells, never the border or the
-            // scroll bars, which are dear
+            // scroll bars, which cost much to draw
             if (InsideClientArea(handle, wparam)) return 0;
             break;
         case WM_KEYDOWN:
@@ -389,7 +386,7 @@ bool FlexGridImplWin::KeyDown(WPARAM key) {
         default:
             return false;
     }
-    grid.Key(meaning, Down(VK_SHIFT), Down(VK_CONTROL));
+    grid.Key(meaning, IsDown(VK_SHIFT), IsDown(VK_CONTROL));
     return true;
 }
 

@@ -59,7 +59,6 @@ class FlexGridImplWin : public IFlexGridDisplay,
     void Paint();
     void PaintTo(HDC dc, const PixelRect& rect, int origin_x, int origin_y) const;
     bool KeyDown(WPARAM key);
-    static int ShiftState() noexcept;  // of the event being handled
     void Press(int x, int y, bool shift);
     // `lines` rows or columns for each notch of `delta`; positive is up or left.
     void Wheel(int delta, bool columns, UINT lines);

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "grid/flex_grid_impl_win.h"
+#include "platform/key_state_win.h"
 
 namespace demovex {
 
@@ -31,14 +32,6 @@ UINT PerNotch(UINT setting) {
 }
 
 }  // namespace
-
-int FlexGridImplWin::ShiftState() noexcept {
-    int shift = 0;
-    if (GetKeyState(VK_SHIFT) < 0) shift |= grid_mouse::kShift;
-    if (GetKeyState(VK_CONTROL) < 0) shift |= grid_mouse::kCtrl;
-    if (GetKeyState(VK_MENU) < 0) shift |= grid_mouse::kAlt;
-    return shift;
-}
 
 bool FlexGridImplWin::HandleMouse(UINT message, WPARAM wparam, LPARAM lparam) {
     const int x = GET_X_LPARAM(lparam);

@@ -8,6 +8,7 @@
 
 #include <memory>
 
+#include "grid/cell_name.h"
 #include "grid/flex_grid_impl_win.h"
 #include "platform/com_ptr_win.h"
 
@@ -66,7 +67,9 @@ class GridAccessible final : public Counted<GridAccessible, IAccessible> {
     const FlexGrid& Grid() const { return owner_->grid; }
     bool HoldsFocus() const;
     bool Find(const VARIANT& child, Element& element) const;
-    LONG IdOf(std::int32_t row, std::int32_t col) const { return row * Grid().Cols() + col + 1; }
+    LONG IdOf(std::int32_t row, std::int32_t col) const {
+        return CellNumber(row, col, Grid().Cols());
+    }
     std::wstring NameOf(const Element& element) const;
     // Carries out `action` while connected and with a good child; every error becomes a code.
     template <class Action>

@@ -254,11 +254,9 @@ HRESULT GridAccessible::get_accSelection(VARIANT* children) noexcept {
     if (children == nullptr) return E_POINTER;
     VariantInit(children);
     return Run([&] {
-        const FlexGrid& grid = Grid();
-        const SelectedRange range{std::max(1, std::min(grid.Row(), grid.RowSel())),
-                                  std::max(1, std::min(grid.Col(), grid.ColSel())),
-                                  std::max(grid.Row(), grid.RowSel()),
-                                  std::max(grid.Col(), grid.ColSel()), grid.Cols()};
+        const GridRange selected = Grid().Selection();
+        const SelectedRange range{std::max(1, selected.first_row), std::max(1, selected.first_col),
+                                  selected.last_row, selected.last_col, Grid().Cols()};
         if (range.row2 < range.row1 || range.col2 < range.col1) return S_FALSE;
         if (range.row1 == range.row2 && range.col1 == range.col2) {
             *children = LongVariant(IdOf(range.row1, range.col1));

@@ -1,4 +1,5 @@
 // GridAccessibility: what assistive programs are told, and when.
+#include "grid/cell_name.h"
 #include "grid/flex_grid_impl_win.h"
 
 namespace demovex {
@@ -34,7 +35,7 @@ void GridAccessibility::Tell() {
     const HWND window = owner_.window;
     const FlexGrid& grid = owner_.grid;
     const auto id = [&](std::int32_t row, std::int32_t col) -> LONG {
-        return row * grid.Cols() + col + 1;
+        return CellNumber(row, col, grid.Cols());
     };
     const GridNews::Told told = news_.Take();
     if (told.all) NotifyWinEvent(EVENT_OBJECT_REORDER, window, OBJID_CLIENT, CHILDID_SELF);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <new>
 
+#include "grid/cell_name.h"
 #include "platform/com_ptr_win.h"
 
 namespace demovex {
@@ -32,7 +33,7 @@ class SelectedCells final : public Counted<SelectedCells, IEnumVARIANT> {
             const auto col = range_.col1 + static_cast<std::int32_t>(at_ % wide);
             VariantInit(&cells[done]);
             cells[done].vt = VT_I4;
-            cells[done].lVal = row * range_.cols + col + 1;
+            cells[done].lVal = CellNumber(row, col, range_.cols);
         }
         if (fetched != nullptr) *fetched = done;
         return done == count ? S_OK : S_FALSE;

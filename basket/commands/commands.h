@@ -1,6 +1,7 @@
-// The commands of the basket window in one table: menu tree, shortcuts, toolbar keys, initial
-// states. Menu bar, context menu, accelerators, toolbar and dispatch are all built from it. The
-// enumerators are the control names; their values are the menu ids of the window and never change.
+// The commands of the basket window in tables: menu tree, captions, shortcuts, initial states, and
+// the toolbar's buttons and pictures. Menu bar, context menu, accelerators and toolbar are built
+// from them; what a command does is said in TestLibForm::Run. The enumerators are the control
+// names; their values are the menu ids of the window and never change.
 #pragma once
 
 #include <cstdint>
@@ -78,14 +79,13 @@ enum class Command : std::uint16_t {
 enum class MenuKind : std::uint8_t { kTop, kSubmenu, kItem, kCheckItem, kSeparator };
 
 struct CommandRow {
-    Command id;
-    Command parent;  // kNone for the top level
-    MenuKind kind;
-    std::wstring_view name;     // the control's name, with "(1)" to "(4)" for the indexed ones
+    Command id = Command::kNone;
+    Command parent = Command::kNone;  // kNone for the top level
+    MenuKind kind = MenuKind::kItem;
     std::wstring_view caption;  // as designed, "&" before the access key
-    wchar_t shortcut;           // the letter pressed with Ctrl, 0 for none
-    bool visible;               // initially
-    bool enabled;               // initially
+    wchar_t shortcut = 0;       // the letter pressed with Ctrl, 0 for none
+    bool visible = true;        // initially
+    bool enabled = true;        // initially
 };
 
 // All rows in menu order, parents before their children.

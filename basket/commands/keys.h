@@ -6,6 +6,8 @@
 // know that); it only says who is asked. A new key of the basket needs one line here.
 #pragma once
 
+#include "platform/shift_state.h"
+
 namespace demovex {
 
 // Key codes of the platform that the basket knows by name.
@@ -31,11 +33,7 @@ inline constexpr int kF4 = 115;
 inline constexpr int kF10 = 121;
 }  // namespace key_code
 
-// Shift states as the platform's form events number them.
 namespace shift_state {
-inline constexpr int kShift = 1;
-inline constexpr int kCtrl = 2;
-inline constexpr int kAlt = 4;
 // The key that types the third character of a key: neither Ctrl nor Alt, whatever the system says
 // of those. Known to the table of keys alone.
 inline constexpr int kAltGr = 8;

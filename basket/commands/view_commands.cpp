@@ -16,8 +16,6 @@ constexpr std::wstring_view kStatusbarKey = L"Statusbarvisible";
 constexpr std::wstring_view kTrue = L"True";
 constexpr std::wstring_view kFalse = L"False";
 
-// The toolbar's height is a given; the status bar's is measured.
-constexpr Twips kToolbarHeight = 360;
 // Room beside the widest text of a column.
 constexpr Twips kColumnMargin = 120;
 

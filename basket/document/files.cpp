@@ -210,7 +210,7 @@ void BasketFiles::mnuDateiOeffnen_Click() {
     } catch (const Error& error) {
         context_.services.messages.Show(error.description(), L"Fehler beim öffnen der Datei",
                                         MessageButtons::kOk, MessageIcon::kNone);
-        Thaw();
+        ResumePainting();
     }
 }
 
@@ -225,7 +225,7 @@ void BasketFiles::mnuDateiLRU_Click(std::int32_t Index) {
     } catch (const Error& error) {
         context_.services.messages.Show(error.description(), L"Fehler beim Öffnen einer Datei",
                                         MessageButtons::kOk, MessageIcon::kCritical);
-        Thaw();
+        ResumePainting();
     }
 }
 
@@ -346,7 +346,7 @@ void BasketFiles::QuerySaveChanges(bool& Cancel) {
     }
 }
 
-void BasketFiles::Thaw() {
+void BasketFiles::ResumePainting() {
     if (!context_.state.Loading && !context_.Liste.Redraw()) context_.Liste.SetRedraw(true);
 }
 

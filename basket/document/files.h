@@ -37,7 +37,7 @@ class BasketFiles {
     //
     // Every failure is raised as kOwnError from "Load", "Datei '<path>' kann nicht geöffnet
     // werden: " and the cause. The rows read so far stay then, the basket counts as unmodified, and
-    // the grid's redrawing stays off when it was off already; see Thaw.
+    // the grid's redrawing stays off when it was off already; see ResumePainting.
     void Load(const std::wstring& Path);
 
     void mnuDateiNeu_Click();
@@ -58,7 +58,7 @@ class BasketFiles {
 
     // Lets the grid be painted again after a load that failed half-way. Every command that follows
     // such a load calls it first. Does nothing while a load is running.
-    void Thaw();
+    void ResumePainting();
 
   private:
     // What a load met: numbers that are not in the article master, as the message lists them.

@@ -140,13 +140,13 @@ OrderTable::Added OrderTable::AddArtikel(const std::wstring& ArtikelNr, const st
 }
 
 void OrderTable::MergeIntoRow(std::int32_t row, std::int32_t menge) {
-    double quantity = 0;
+    double before = 0;
     try {
-        quantity = LeadingNumber(grid_.TextMatrix(row, column::kMenge));
+        before = LeadingNumber(grid_.TextMatrix(row, column::kMenge));
     } catch (const Error& error) {
         if (error.number() != runtime_error::kOverflow) throw;  // too large to be read
     }
-    SetCell(row, column::kMenge, text_.FromNumber(quantity + menge));
+    SetCell(row, column::kMenge, text_.FromNumber(before + menge));
 }
 
 bool OrderTable::RefreshArtikel(std::int32_t row, std::int32_t Menge) {

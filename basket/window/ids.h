@@ -1,11 +1,11 @@
-// The stable numbers of the basket window, for tests and for assistive programs: class names, child
-// window ids. Menu ids are the values of Command (basket/commands/commands.h).
+// The names and numbers of the basket window: class names and child window ids, which tests and
+// programs of others rely on and which therefore stay, and the messages and timers of its own. Menu
+// ids are the values of Command (basket/commands/commands.h), the grid's class is its own affair.
 #pragma once
 
 namespace demovex {
 
 inline constexpr wchar_t kBasketWindowClass[] = L"DemoVexClient.TestLibForm";
-inline constexpr wchar_t kFlexGridClass[] = L"DemoVexClient.FlexGrid";
 inline constexpr wchar_t kPictureBoxClass[] = L"DemoVexClient.PictureBox";
 inline constexpr wchar_t kNoteClass[] = L"DemoVexClient.Note";
 

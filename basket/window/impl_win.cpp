@@ -275,11 +275,11 @@ void BasketWindowImpl::OnDestroy() noexcept {
             // the last caption is an empty one then
         }
     }
-    IBasketOwner* const untold = form_ ? std::exchange(form_->moLibrary, nullptr) : nullptr;
-    if (initialised_ && untold != nullptr) {
+    IBasketOwner* const owner = form_ ? std::exchange(form_->moLibrary, nullptr) : nullptr;
+    if (initialised_ && owner != nullptr) {
         // the host or the system has destroyed the window without asking
         try {
-            untold->ClientClosing();
+            owner->ClientClosing();
         } catch (...) {
             // there is nobody left to tell
         }

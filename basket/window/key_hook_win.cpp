@@ -11,10 +11,6 @@ extern "C" const IMAGE_DOS_HEADER __ImageBase;  // NOLINT(bugprone-reserved-iden
 namespace demovex {
 namespace {
 
-bool Down(int key) noexcept {
-    return GetKeyState(key) < 0;
-}
-
 // A basket window of this module; another copy of the component minds its own.
 bool IsBasketWindow(HWND window) noexcept {
     wchar_t name[64] = L"";
@@ -35,7 +31,7 @@ bool KeysAreTaken() noexcept {
 int KeyState() noexcept {
     const int shift = ShiftState();
     constexpr int both = shift_state::kCtrl | shift_state::kAlt;
-    if ((shift & both) != both || !Down(VK_RMENU)) return shift;
+    if ((shift & both) != both || !IsDown(VK_RMENU)) return shift;
     return (shift & ~both) | shift_state::kAltGr;
 }
 
@@ -99,11 +95,6 @@ Command ShortcutOf(const MSG& key) noexcept {
     if (key.message != WM_KEYDOWN || key.wParam < 'A' || key.wParam > 'Z') return Command::kNone;
     if (KeyState() != shift_state::kCtrl) return Command::kNone;
     return CommandForShortcut(static_cast<wchar_t>(key.wParam));
-}
-
-int ShiftState() noexcept {
-    return (Down(VK_SHIFT) ? shift_state::kShift : 0) |
-           (Down(VK_CONTROL) ? shift_state::kCtrl : 0) | (Down(VK_MENU) ? shift_state::kAlt : 0);
 }
 
 }  // namespace demovex

@@ -2,11 +2,12 @@
 //
 // A host may offer each key to its own accelerators first, or hand it to IsDialogMessage, which
 // makes of it what a dialog makes of Tab, Return, Escape and arrows. So a hook on the thread's
-// message queue turns a key that means something in a basket window into a private message of that
-// window when it is taken from the queue, before the host's loop has seen it. The host dispatches
-// that one like any other, and the window then does with the key what a plain loop does: translates
-// it, so that dead keys, AltGr and programs that type work as everywhere, and dispatches it to the
-// control with the focus. Nothing is carried out inside the hook.
+// message queue rewrites the message of a key that means something in a basket window: when it is
+// taken from the queue, before the host's loop has seen it, it becomes a private message of that
+// window (see TurnKey). The host dispatches it like any other, and the window makes the key's
+// message of it again and does what a plain loop does: translates it, so that dead keys, AltGr and
+// programs that type work as everywhere, and dispatches it to the control with the focus. Nothing
+// is carried out inside the hook.
 //
 // The hook acts only when a basket window is the active window and it or one of its controls has
 // the focus; neither while a menu is open or the window is being moved, whose own loops take the
@@ -16,21 +17,20 @@
 
 #include "basket/commands/commands.h"
 #include "basket/window/handles_win.h"
+#include "platform/key_state_win.h"
 
 namespace demovex {
 
-// Installs the hook for the calling thread. Every window holds a hook of its own; a key that one of
-// them has turned is no longer a key for the next. Raises 7.
+// Installs the hook for the calling thread. Every window holds a hook of its own; a message
+// that one of them has rewritten is no longer a key for the next. Raises 7.
 UniqueHook InstallKeyHook();
 
-// Whether a message is a turned key, and the key as it was, for `target`.
+// Whether a message is a key's message that the hook has rewritten ("turned"), and the key's
+// message as it was, for `target`.
 bool IsTurnedKey(UINT message) noexcept;
 MSG TurnedBack(HWND target, UINT message, WPARAM wparam, LPARAM lparam) noexcept;
 
 // The command whose shortcut a key message is; kNone for any other.
 Command ShortcutOf(const MSG& key) noexcept;
-
-// The shift state of the event being handled: shift_state's Shift, Ctrl and Alt.
-int ShiftState() noexcept;
 
 }  // namespace demovex

@@ -8,8 +8,6 @@
 
 namespace demovex {
 
-inline constexpr Twips kToolbarHeight = 360;
-
 class WindowToolbar {
   public:
     // Creates the empty toolbar, hidden. The parent gets WM_COMMAND with a button's id.

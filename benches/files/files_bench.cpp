@@ -113,18 +113,10 @@ struct Disk {
 using Text = FakeTextService;
 #endif
 
-struct Rig {
+struct Rig : FakeServices {
     Disk disk;
     Text text;
-    FakeSettings settings;
-    FakeClipboard clipboard;
-    FakeMessageBox messages;
-    FakeSound sound;
-    FakeShell shell;
-    FakePrinter printer;
-    FakeFileDialogs dialogs;
-    Services services{text,  disk.files, settings, clipboard, messages,
-                      sound, shell,      printer,  dialogs,   disk.Folder()};
+    Services services = Over(text, disk.files, disk.Folder());
     FlexGrid grid;
     FakeBasketView view;
     TestLibForm form{grid, view, services};
@@ -206,7 +198,7 @@ void RunAll(int largest) {
 
     // the basket of 100,000 lines is still loaded
     const std::wstring saved = rig.disk.Folder() + L"\\saved.bsk";
-    rig.dialogs.Choose(saved);
+    rig.file_dialogs.Choose(saved);
     rig.form.Run(Command::mnuDateiSpeichernUnter);
     bench::Measure("save a basket of 100000 lines",
                    [&] { rig.form.Run(Command::mnuDateiSpeichern); },

@@ -81,14 +81,13 @@ class FakeBasketOwner final : public IBasketOwner {
     }
 };
 
-class BasketFixture {
+class BasketFixture : public FakeServices {
   public:
     static constexpr std::wstring_view kFolder = L"C:\\Basket";
 
     explicit BasketFixture(FakeLocale locale = FakeLocale::kAustria, bool initialize = true)
         : text(locale),
-          services{text,  files, settings, clipboard,    messages,
-                   sound, shell, printer,  file_dialogs, std::wstring(kFolder)},
+          services(Over(text, files, std::wstring(kFolder))),
           form(grid, view, services) {
         files.AddFolder(std::wstring(kFolder));
         files.Put(ArticlePath(), ArticleFile(TestArticles()));
@@ -162,13 +161,6 @@ class BasketFixture {
     FakeBasketView view;
     FakeTextService text;
     MemoryFiles files;
-    FakeSettings settings;
-    FakeClipboard clipboard;
-    FakeMessageBox messages;
-    FakeSound sound;
-    FakeShell shell;
-    FakePrinter printer;
-    FakeFileDialogs file_dialogs;
     Services services;
     FakeBasketOwner owner;
     TestLibForm form;

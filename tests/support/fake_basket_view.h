@@ -5,7 +5,7 @@
 //   FakeBasketView view;
 //   TestLibForm form(grid, view, services);
 //   view.form = &form;
-//   view.send_to_grid = [&](GridKey key) { grid.KeyDown(key, 0); };
+//   view.send_to_grid = [&](GridKey key) { grid.Key(key, false, false); };
 //   view.Type(L"4711");
 //   view.Press(FakeBasketView::kDown);  // IPText_KeyDown, then the text box's own handling
 //   view.PumpKeys();                    // what was queued for the grid arrives there

@@ -1,5 +1,10 @@
 // Recording fakes of the system's small services, for native tests: settings, clipboard, message
 // box, sound, shell. What a test wants to know stands in public members.
+//
+//   struct Fixture : FakeServices {                          // with printer and file dialogs
+//       Services services = Over(text, files, L"C:\\Basket");
+//   };
+//   Services own = With(services, faulty_files);             // the same but for one
 #pragma once
 
 #include <deque>
@@ -11,11 +16,14 @@
 #include <vector>
 
 #include "base/error.h"
+#include "basket/services.h"
 #include "platform/clipboard.h"
 #include "platform/message_box.h"
 #include "platform/settings.h"
 #include "platform/shell.h"
 #include "platform/sound.h"
+#include "tests/support/fake_file_dialogs.h"
+#include "tests/support/fake_printer.h"
 
 namespace demovex {
 
@@ -97,5 +105,34 @@ class FakeShell : public IShell {
         return result;
     }
 };
+
+// All that a basket needs of the system but texts and files.
+struct FakeServices {
+    FakeSettings settings;
+    FakeClipboard clipboard;
+    FakeMessageBox messages;
+    FakeSound sound;
+    FakeShell shell;
+    FakePrinter printer;
+    FakeFileDialogs file_dialogs;
+
+    Services Over(ITextService& text, IFileSystem& files, std::wstring folder) {
+        return {text,  files, settings, clipboard,    messages,
+                sound, shell, printer,  file_dialogs, std::move(folder)};
+    }
+};
+
+inline Services With(const Services& s, IFileSystem& files) {
+    return {s.text,  files,   s.settings, s.clipboard,    s.messages,
+            s.sound, s.shell, s.printer,  s.file_dialogs, s.component_folder};
+}
+inline Services With(const Services& s, IMessageBox& messages) {
+    return {s.text,  s.files, s.settings, s.clipboard,    messages,
+            s.sound, s.shell, s.printer,  s.file_dialogs, s.component_folder};
+}
+inline Services With(const Services& s, IShell& shell) {
+    return {s.text,  s.files, s.settings, s.clipboard,    s.messages,
+            s.sound, shell,   s.printer,  s.file_dialogs, s.component_folder};
+}
 
 }  // namespace demovex

@@ -66,7 +66,7 @@ class FakeCellCommit final : public ICellCommit {
     void Liste_RowColChange() override { ++row_col_changes; }
 };
 
-struct FilesFixture {
+struct FilesFixture : FakeServices {
     TempFolder folder;
 #ifdef DEMOVEX_REAL_FILES
     WinFileSystem disk;
@@ -76,18 +76,11 @@ struct FilesFixture {
     FakeTextService text{FakeLocale::kGermany};
 #endif
     FaultyFileSystem files{disk};
-    FakeSettings settings;
-    FakeClipboard clipboard;
-    FakeMessageBox messages;
-    FakeSound sound;
-    FakeShell shell;
-    FakePrinter printer;
-    FakeFileDialogs dialogs;
     FakeRetryClock clock;
     FakeArticles articles;
     FakeCellCommit editor;
-    Services services{text,  files, settings, clipboard, messages,
-                      sound, shell, printer,  dialogs,   L"C:\\Programme\\Warenkorb"};
+    FakeFileDialogs& dialogs = file_dialogs;
+    Services services = Over(text, files, L"C:\\Programme\\Warenkorb");
     FlexGrid grid;
     FakeBasketView view;
     BasketState state;

@@ -100,15 +100,14 @@ class HostWindow {
     }
 };
 
-class BasketWindowFixture {
+class BasketWindowFixture : public FakeServices {
   public:
     static constexpr std::wstring_view kFolder = L"C:\\Basket";
 
     // `others` stand in for the recording services; they outlive the fixture.
     explicit BasketWindowFixture(HostLoop host_loop = HostLoop::kBare, int dpi = 0,
                                  bool show = true, Services* others = nullptr)
-        : services{text,  files, settings, clipboard,    messages,
-                   sound, shell, printer,  file_dialogs, std::wstring(kFolder)},
+        : services(Over(text, files, std::wstring(kFolder))),
           owner(std::make_shared<FakeBasketOwner>()),
           loop_(host_loop) {
         files.AddFolder(std::wstring(kFolder));
@@ -240,13 +239,6 @@ class BasketWindowFixture {
     HostWindow host;
     WinTextService text;
     MemoryFiles files;
-    FakeSettings settings;
-    FakeClipboard clipboard;
-    FakeMessageBox messages;
-    FakeSound sound;
-    FakeShell shell;
-    FakePrinter printer;
-    FakeFileDialogs file_dialogs;
     Services services;
     std::shared_ptr<FakeBasketOwner> owner;
     std::shared_ptr<BasketWindow> window;

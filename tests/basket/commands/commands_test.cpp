@@ -13,13 +13,11 @@
 namespace demovex {
 namespace {
 
-TEST(CommandsTable, EveryIdAndNameStandsOnceAndParentsStandFirst) {
+TEST(CommandsTable, EveryIdStandsOnceAndParentsStandFirst) {
     std::set<Command> ids;
-    std::set<std::wstring_view> names;
     for (const CommandRow& row : CommandTable()) {
         EXPECT_TRUE(row.parent == Command::kNone || ids.contains(row.parent));
         EXPECT_TRUE(ids.insert(row.id).second);
-        EXPECT_TRUE(names.insert(row.name).second);
         EXPECT_FALSE(row.caption.empty());
         EXPECT_EQ(row.parent == Command::kNone, row.kind == MenuKind::kTop);
         EXPECT_EQ(row.kind == MenuKind::kSeparator, row.caption == L"-");
@@ -116,31 +114,31 @@ TEST(CommandsTable, TheToolTipsSayWhatTheButtonsDoAndTheirKeys) {
 
 // What the window keeps for later and never shows; those below a hidden menu are hidden with it.
 TEST(CommandsTable, TheseItemsAreHiddenOrDisabledFromTheBeginning) {
-    const std::map<std::wstring_view, std::wstring_view> expected = {
-        {L"mnuDel1", L"-"},
-        {L"mnuDateiPreisdateiInstallieren", L"Preisdatei update installieren ..."},
-        {L"mnuDel5", L"-"},
-        {L"mnuDateiSendenanDiskette", L"&Diskette ..."},
-        {L"mnuDateiSendenanWeb", L"&Web"},
-        {L"mnuDelLRUHeader", L"-"},
-        {L"mnuDateiLRU(1)", L"&1"},
-        {L"mnuDateiLRU(2)", L"&2"},
-        {L"mnuDateiLRU(3)", L"&3"},
-        {L"mnuDateiLRU(4)", L"&4"},
-        {L"mnuDel6", L"-"},
-        {L"mnuEditSortNr", L"Warenkorb nach Artikelnummer sortieren"},
-        {L"mnuEditSortText", L"Warenkorb nach Artikeltext sortieren"},
-        {L"mnuDel11", L"-"},
-        {L"mnuEditAppendManual", L"Artikel &manuell erfassen"},
-        {L"mnuDel9", L"-"},
-        {L"mnuAnsichtShowPrice", L"Eigene &Preise anzeigen"},
-        {L"mnuAnsichtShowInfo", L"Zusatz&info in eigener Box anzeigen"},
-        {L"mnuExtras", L"E&xtras"},
-        {L"mnuContext", L"ContextMenu"},
+    const std::map<Command, std::wstring_view> expected = {
+        {Command::mnuDel1, L"-"},
+        {Command::mnuDateiPreisdateiInstallieren, L"Preisdatei update installieren ..."},
+        {Command::mnuDel5, L"-"},
+        {Command::mnuDateiSendenanDiskette, L"&Diskette ..."},
+        {Command::mnuDateiSendenanWeb, L"&Web"},
+        {Command::mnuDelLRUHeader, L"-"},
+        {Command::mnuDateiLRU1, L"&1"},
+        {Command::mnuDateiLRU2, L"&2"},
+        {Command::mnuDateiLRU3, L"&3"},
+        {Command::mnuDateiLRU4, L"&4"},
+        {Command::mnuDel6, L"-"},
+        {Command::mnuEditSortNr, L"Warenkorb nach Artikelnummer sortieren"},
+        {Command::mnuEditSortText, L"Warenkorb nach Artikeltext sortieren"},
+        {Command::mnuDel11, L"-"},
+        {Command::mnuEditAppendManual, L"Artikel &manuell erfassen"},
+        {Command::mnuDel9, L"-"},
+        {Command::mnuAnsichtShowPrice, L"Eigene &Preise anzeigen"},
+        {Command::mnuAnsichtShowInfo, L"Zusatz&info in eigener Box anzeigen"},
+        {Command::mnuExtras, L"E&xtras"},
+        {Command::mnuContext, L"ContextMenu"},
     };
-    std::map<std::wstring_view, std::wstring_view> found;
+    std::map<Command, std::wstring_view> found;
     for (const CommandRow& row : CommandTable()) {
-        if (!row.visible) found.emplace(row.name, row.caption);
+        if (!row.visible) found.emplace(row.id, row.caption);
         EXPECT_EQ(row.enabled, row.id != Command::mnuDateiSendenanRTFDoc);
     }
     EXPECT_EQ(found, expected);

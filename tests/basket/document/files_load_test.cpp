@@ -216,8 +216,7 @@ TEST_F(LoadTest, TheMessageComesWhenTheLoadIsOver) {
             return MessageAnswer::kOk;
         }
     } watching(state, grid);
-    Services own{text,  files, settings, clipboard, watching,
-                 sound, shell, printer,  dialogs,   services.component_folder};
+    Services own = With(services, watching);
     BasketContext own_context{grid, rows, view, own, state};
     RecentFiles own_recent(own_context);
     BasketFiles(own_context, editor, own_recent).Load(PutBasket(L"a.bsk", "9\r\n"));
@@ -354,11 +353,11 @@ TEST_F(LoadTest, ALoadThatFailedHalfWayIsFollowedByOneThatWorks) {
 TEST_F(LoadTest, TheGridIsPaintedAgainWithTheNextCommandAfterALoadThatFailed) {
     EXPECT_NE(LoadError(PutBasket(L"q.bsk", "4711\t\tabc\r\n")), L"");
     EXPECT_FALSE(grid.Redraw());
-    basket.Thaw();
+    basket.ResumePainting();
     EXPECT_TRUE(grid.Redraw());
     grid.SetRedraw(false);
     state.Loading = true;
-    basket.Thaw();
+    basket.ResumePainting();
     EXPECT_FALSE(grid.Redraw());
 }
 
@@ -381,8 +380,7 @@ TEST_F(LoadTest, WhateverEndsALoadTheWindowGoesOn) {
             throw std::bad_alloc();
         }
     } exhausted;
-    Services own{text,  disk,  settings, clipboard, messages,
-                 sound, shell, printer,  dialogs,   services.component_folder};
+    Services own = With(services, disk);
     OrderTable own_rows(grid, text, exhausted);
     BasketContext own_context{grid, own_rows, view, own, state};
     BasketFiles own_basket(own_context, editor, recent);

@@ -226,8 +226,7 @@ TEST_F(BasketFilesTest, ASaveThatFailsAnywhereLosesNeitherFileNorBasket) {
                 for (int n = 1;; ++n) {
                     FaultyFileSystem faulty(disk);
                     faulty.FailAt(n, number, times);
-                    Services own{text,  faulty, settings, clipboard, messages,
-                                 sound, shell,  printer,  dialogs,   services.component_folder};
+                    Services own = With(services, faulty);
                     BasketContext own_context{grid, rows, view, own, state};
                     BasketFiles own_basket(own_context, editor, recent, &clock);
                     if (had_old) folder.Put(L"a.bsk", "old");

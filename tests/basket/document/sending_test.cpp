@@ -157,8 +157,7 @@ TEST_F(SendingTest, TheEndOfMemoryIsReportedLikeAnyFailure) {
             throw std::bad_alloc();
         }
     } exhausted(disk);
-    Services own{text,  exhausted, settings, clipboard, messages,
-                 sound, shell,     printer,  dialogs,   services.component_folder};
+    Services own = With(services, exhausted);
     BasketContext own_context{grid, rows, view, own, state};
     Sending(own_context, editor, recent).AppendSelection(folder / L"a.bsk");
     ASSERT_EQ(messages.shown.size(), 1u);
@@ -204,8 +203,7 @@ TEST_F(SendingTest, AppendingThatFailsAnywhereLeavesWholeLines) {
             folder.Put(L"a.bsk", "old\r\n");
             FaultyFileSystem faulty(disk);
             faulty.FailAt(n, number);
-            Services own{text,  faulty, settings, clipboard, messages,
-                         sound, shell,  printer,  dialogs,   services.component_folder};
+            Services own = With(services, faulty);
             BasketContext own_context{grid, rows, view, own, state};
             Select(1, 3);
             Sending(own_context, editor, recent).AppendSelection(folder / L"a.bsk");

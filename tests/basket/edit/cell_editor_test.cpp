@@ -311,9 +311,7 @@ class BusyMessageBox final : public IMessageBox {
 TEST(CellEditorReentrancy, ABasketReplacedDuringTheMessageIsLeftAlone) {
     BasketFixture basket;
     BusyMessageBox messages;
-    Services services{
-        basket.text,  basket.files, basket.settings, basket.clipboard,    messages,
-        basket.sound, basket.shell, basket.printer,  basket.file_dialogs, L"C:\\Basket"};
+    Services services = With(basket.services, messages);
     FlexGrid grid;
     grid.SetFrame({640, 400, 2, 17});
     FakeBasketView view;

@@ -3,6 +3,7 @@
 
 #include "base/error.h"
 #include "basket/window/handles_win.h"
+#include "grid/flex_grid_control_win.h"
 #include "tests/support/test_basket_window_win.h"
 #include "tests/support/window_picture_win.h"
 
@@ -109,7 +110,7 @@ TEST(BasketWindow, BearsItsCaptionAndIcon) {
     GetClassNameW(basket.Handle(), name, 64);
     EXPECT_STREQ(name, L"DemoVexClient.TestLibForm");
     GetClassNameW(basket.Child(child_id::kListe), name, 64);
-    EXPECT_STREQ(name, kFlexGridClass);
+    EXPECT_STREQ(name, kFlexGridControlClass);
 }
 
 TEST(BasketWindow, TheStatusBarShowsTheCataloguePositionOfTheRow) {

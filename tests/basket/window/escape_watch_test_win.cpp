@@ -96,8 +96,7 @@ class SlowFiles final : public WinFileSystem {
 
 struct SlowBasket : RealServices {
     SlowFiles slow;
-    Services services{text_service, slow,       registry,     real_clipboard, message_boxes,
-                      real_sound,   real_shell, real_printer, real_dialogs,   PathOf(folder)};
+    Services services = With(real, slow);
     BasketWindowFixture basket{HostLoop::kBare, 0, true, &services};
 };
 

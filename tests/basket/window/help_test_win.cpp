@@ -9,8 +9,7 @@ namespace {
 // The system's own services but for the browser.
 struct HelpServices : RealServices {
     FakeShell browser;
-    Services mixed{text_service, file_system, registry,     real_clipboard, message_boxes,
-                   real_sound,   browser,     real_printer, real_dialogs,   PathOf(folder)};
+    Services mixed = With(real, browser);
 };
 
 class HelpWindow : public HelpServices, public BasketWindowFixture {
