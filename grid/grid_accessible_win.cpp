@@ -27,27 +27,6 @@ HRESULT GiveText(std::wstring_view text, BSTR* out) {
 
 }  // namespace
 
-// --- the control's side ---
-
-LRESULT GridAccessibility::Answer(WPARAM wparam) {
-    if (object_ == nullptr) object_ = new GridAccessible(owner_, module_lock_);
-    static const auto lresult_from_object =
-        SystemFunction<decltype(&LresultFromObject)>(L"oleacc.dll", "LresultFromObject");
-    if (lresult_from_object == nullptr) return 0;
-    return lresult_from_object(IID_IAccessible, wparam, object_);
-}
-
-void GridAccessibility::Disconnect() noexcept {
-    if (object_ == nullptr) return;
-    object_->Disconnect();
-    // references of other processes end here; those within the process keep a disconnected object
-    CoDisconnectObject(object_, 0);
-    object_->Release();
-    object_ = nullptr;
-}
-
-// --- the object ---
-
 template <class Action>
 HRESULT GridAccessible::Run(Action action) noexcept {
     if (owner_ == nullptr) return CO_E_OBJNOTCONNECTED;

@@ -19,6 +19,7 @@
 #include <memory>
 
 #include "grid/grid_news.h"
+#include "platform/com_ptr_win.h"
 
 namespace demovex {
 
@@ -28,8 +29,8 @@ class GridAccessible;
 // The control's side: makes the object when first asked, tells of changes, disconnects at the end.
 class GridAccessibility {
   public:
-    explicit GridAccessibility(FlexGridImplWin& owner) : owner_(owner) {}
-    ~GridAccessibility() { Disconnect(); }
+    explicit GridAccessibility(FlexGridImplWin& owner);
+    ~GridAccessibility();
     GridAccessibility(const GridAccessibility&) = delete;
     GridAccessibility& operator=(const GridAccessibility&) = delete;
 
@@ -54,7 +55,7 @@ class GridAccessibility {
     FlexGridImplWin& owner_;
     GridNews news_;
     bool posted_ = false;
-    GridAccessible* object_ = nullptr;  // one reference is ours, given back by Disconnect
+    ComPtr<GridAccessible> object_;  // given back by Disconnect
     std::shared_ptr<void> module_lock_;
 };
 

@@ -1,8 +1,34 @@
-// GridAccessibility: what assistive programs are told, and when.
+// GridAccessibility: the object that assistive programs get, what they are told, and when.
 #include "grid/cell_name.h"
 #include "grid/flex_grid_impl_win.h"
+#include "grid/grid_accessible_object_win.h"
+#include "platform/system_library_win.h"
 
 namespace demovex {
+
+GridAccessibility::GridAccessibility(FlexGridImplWin& owner) : owner_(owner) {}
+
+GridAccessibility::~GridAccessibility() {
+    Disconnect();
+}
+
+LRESULT GridAccessibility::Answer(WPARAM wparam) {
+    if (!object_) {
+        object_ = ComPtr<GridAccessible>::Attach(new GridAccessible(owner_, module_lock_));
+    }
+    static const auto lresult_from_object =
+        SystemFunction<decltype(&LresultFromObject)>(L"oleacc.dll", "LresultFromObject");
+    if (lresult_from_object == nullptr) return 0;
+    return lresult_from_object(IID_IAccessible, wparam, object_.Get());
+}
+
+void GridAccessibility::Disconnect() noexcept {
+    if (!object_) return;
+    object_->Disconnect();
+    // references of other processes end here; those within the process keep a disconnected object
+    CoDisconnectObject(object_.Get(), 0);
+    object_ = ComPtr<GridAccessible>();
+}
 
 void GridAccessibility::CurrentCellChanged() {
     news_.CurrentCellChanged();

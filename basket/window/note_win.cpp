@@ -7,6 +7,7 @@
 #include <string>
 
 #include "basket/window/ids.h"
+#include "platform/com_ptr_win.h"
 #include "platform/gdi_win.h"
 #include "platform/screen_scale_win.h"
 
@@ -25,11 +26,11 @@ constexpr LONG kPolite = 1;
 
 // The object that keeps what programs say of their windows; null where the system has none or the
 // thread is done with COM.
-IAccPropServices* AccProperties() noexcept {
-    void* object = nullptr;
+ComPtr<IAccPropServices> AccProperties() noexcept {
+    ComPtr<IAccPropServices> properties;
     CoCreateInstance(CLSID_AccPropServices, nullptr, CLSCTX_INPROC_SERVER, IID_IAccPropServices,
-                     &object);
-    return static_cast<IAccPropServices*>(object);
+                     properties.OutVoid());
+    return properties;
 }
 
 }  // namespace
@@ -117,13 +118,12 @@ void WindowNote::Place() {
 void WindowNote::Announce() {
     if (!live_) {
         live_ = true;  // not asked again where the system has no such thing
-        if (IAccPropServices* const properties = AccProperties()) {
+        if (const auto properties = AccProperties()) {
             VARIANT polite{};
             polite.vt = VT_I4;
             polite.lVal = kPolite;
             properties->SetHwndProp(window_, static_cast<DWORD>(OBJID_CLIENT), CHILDID_SELF,
                                     kLiveSetting, polite);
-            properties->Release();
         }
     }
     NotifyWinEvent(EVENT_OBJECT_NAMECHANGE, window_, OBJID_CLIENT, CHILDID_SELF);
