@@ -283,7 +283,7 @@ TEST_F(RowCommands, TheEditorLeavesTheScreenWhereNothingCanBeEdited) {
     EXPECT_EQ(basket.Lines(), 0);
     EXPECT_FALSE(basket.view.EditorOpen());
     EXPECT_FALSE(basket.view.on_screen);
-    EXPECT_EQ(basket.view.focus, FakeBasketView::Focus::kGrid);
+    EXPECT_EQ(basket.view.focus, FakeBasketView::FocusPlace::kGrid);
 }
 
 TEST_F(RowCommands, ARefusedNumbersMessageFindsTheEditorOffTheScreen) {
