@@ -213,6 +213,19 @@ TEST(BasketLayout, LayingOutAnewPlacesTheGridAndKeepsWhatIsBeingTyped) {
     EXPECT_EQ(basket.view.grid_rect.height, 5000 - 360 - 450);
 }
 
+TEST(BasketLayout, LayingOutAnewCommitsAnEditorWhoseCellHasLeftTheView) {
+    BasketFixture basket;
+    for (int i = 0; i < 10; ++i) basket.Link(i % 2 == 0 ? L"4711" : L"4712");
+    basket.Click(9, column::kMenge);
+    basket.TypeOver(L"7");
+    basket.grid.SetFrame({640, 120, 2, 17});
+    if (!basket.view.EditorOpen()) GTEST_FAIL() << "closed by the frame already";
+    basket.form.LayOut();
+    EXPECT_FALSE(basket.view.EditorOpen());
+    EXPECT_EQ(basket.Cell(9, column::kMenge), L"7");
+    EXPECT_EQ(basket.Cell(9, column::kGesamtAts), L"700,00");
+}
+
 TEST(BasketLayout, TogglingABarTwiceRestoresLayoutAndCheckMark) {
     for (const Command bar : {Command::mnuAnsichtSymbolleiste, Command::mnuAnsichtStatusleiste}) {
         BasketFixture basket;
@@ -459,6 +472,17 @@ TEST(ViewCommands, AFrozenGridIsPaintedAgainByTheNextCommand) {
     EXPECT_FALSE(basket.grid.Redraw());
     basket.form.Run(Command::mnuEditKopieren);
     EXPECT_TRUE(basket.grid.Redraw());
+}
+
+TEST(ViewCommands, AFrozenGridIsPaintedAgainByTheNextClick) {
+    for (const int button : {1, 2}) {
+        BasketFixture basket;
+        basket.files.Put(L"C:\\Basket\\bad.bsk", "4711\t\tzehn\r\n");
+        EXPECT_EQ(RaisedBy([&] { basket.form.Load(L"C:\\Basket\\bad.bsk"); }), -1);
+        ASSERT_FALSE(basket.grid.Redraw());
+        basket.form.Liste_MouseUp(button, 0, 100, 100);
+        EXPECT_TRUE(basket.grid.Redraw()) << button;
+    }
 }
 
 }  // namespace

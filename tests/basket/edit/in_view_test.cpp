@@ -121,6 +121,38 @@ TEST_F(InView, ARowMovedOnAndOnIsEditedAllTheWay) {
     }
 }
 
+// However many pixels of a last row are left: a row that has come into view lies so far above the
+// edge that the editor opens on it.
+TEST_F(InView, EveryRowThatComesIntoViewIsEditedAtEveryHeight) {
+    for (int height = 120; height < 142; ++height) {
+        SCOPED_TRACE(height);
+        BasketFixture low;
+        low.grid.SetFrame({800, height, 2, 17, 17});  // no horizontal bar
+        for (std::int32_t row = 1; row <= 20; ++row) {
+            low.form.Run(Command::mnuEditNeueZeile);
+            EXPECT_TRUE(low.view.EditorOpen()) << "appended " << row;
+        }
+        low.grid.SetTopRow(1);
+        low.Click(1, column::kBezeichnung);
+        for (std::int32_t row = 2; row <= 20; ++row) {
+            low.Press(FakeBasketView::kDown);
+            ASSERT_EQ(low.grid.Row(), row);
+            EXPECT_TRUE(low.view.EditorOpen()) << "arrow to " << row;
+        }
+    }
+}
+
+TEST_F(InView, AnArrowIntoARowThatEndsAtTheLowerEdgeEditsIt) {
+    Scroll(1);
+    basket.Click(1, column::kMenge);
+    for (std::int32_t row = 2; row <= kLines; ++row) {
+        basket.Press(FakeBasketView::kDown);
+        ASSERT_EQ(basket.grid.Row(), row);
+        EXPECT_TRUE(Shown(row)) << row;
+        EXPECT_TRUE(basket.view.EditorOpen()) << row;
+    }
+}
+
 TEST_F(InView, ARowInViewStaysWhereItIs) {
     Scroll(10);
     basket.Click(12, column::kMenge);

@@ -176,6 +176,17 @@ TEST_F(IncompleteLines, ANewBasketForgetsThem) {
     EXPECT_EQ(Ats(), L"100,00");
 }
 
+TEST_F(IncompleteLines, InANewBasketTheSameNumberIsToldAgain) {
+    basket.messages.otherwise = MessageAnswer::kNo;
+    basket.form.Run(Command::mnuDateiNeu);
+    EXPECT_EQ(RaisedBy([&] { basket.Link(L"nope"); }), 13);
+    EXPECT_EQ(basket.view.note, L"Zeile 1: Artikel nope steht nicht im Artikelstamm");
+    basket.files.Put(L"C:\\Basket\\leer.bsk", "");
+    basket.form.Load(L"C:\\Basket\\leer.bsk");
+    EXPECT_EQ(RaisedBy([&] { basket.Link(L"nope"); }), 13);
+    EXPECT_EQ(basket.view.note, L"Zeile 1: Artikel nope steht nicht im Artikelstamm");
+}
+
 TEST(IncompleteLine, WithoutAReadablePriceKeepsItsOrder) {
     BasketFixture basket;
     EXPECT_EQ(RaisedBy([&] { basket.Link(L"9999", 2, L"K", L"U"); }), 13);
@@ -200,6 +211,20 @@ TEST(IncompleteLine, AQuantityThatIsNoNumberIsToldWhenItsLineIsReckoned) {
     }
     EXPECT_EQ(basket.view.notes, Texts{L"Zeile 2: Die Menge von Artikel 4712 ist keine Zahl"});
     EXPECT_EQ(basket.Total(column::kGesamtAts), L"500,00");
+}
+
+TEST(IncompleteLine, ALineThatALoadHasLeftIncompleteIsToldWhenAnotherIsReckoned) {
+    BasketFixture basket;
+    basket.files.Put(L"C:\\Basket\\q.bsk", "4711\t\t2\r\n9999\t\t1\r\n");
+    EXPECT_EQ(RaisedBy([&] { basket.form.Load(L"C:\\Basket\\q.bsk"); }), -1);
+    EXPECT_TRUE(basket.view.notes.empty());
+    for (const wchar_t* quantity : {L"3", L"4"}) {
+        basket.Click(1, column::kMenge);
+        basket.TypeOver(quantity);
+        EXPECT_EQ(RaisedBy([&] { basket.form.CommitCellEdit(); }), 0);
+    }
+    EXPECT_EQ(basket.view.notes, Texts{L"Zeile 2: Artikel 9999 hat keinen lesbaren Preis"});
+    EXPECT_EQ(basket.Total(column::kGesamtAts), L"400,00");
 }
 
 // Pasted, for "1e" alone is no number.
@@ -241,6 +266,33 @@ TEST(IncompleteLine, ATotalThatOverflowsIsShownEmptyAndComesBack) {
     basket.Select(2, 1, 2, 1);
     basket.form.Run(Command::mnuEditZeilenLöschen);
     EXPECT_EQ(basket.Total(column::kGesamtAts), basket.Cell(1, column::kGesamtAts));
+}
+
+TEST(IncompleteLine, ATotalThatOverflowsEndsTheLoadThatMeetsIt) {
+    BasketFixture basket;
+    // each line's total is a number, and two of them are none any more
+    basket.files.Put(L"C:\\Basket\\q.bsk", "4711\t\t1e306\r\n4712\t\t1e306\r\n1000\t\t1\r\n");
+    EXPECT_EQ(RaisedBy([&] { basket.form.Load(L"C:\\Basket\\q.bsk"); }), -1);
+    EXPECT_EQ(basket.Lines(), 2);
+    // the second line has the total of one piece beside the quantity that was too much
+    EXPECT_EQ(basket.Cell(2, column::kMenge), L"1e306");
+    EXPECT_EQ(basket.Cell(2, column::kGesamtAts), L"100,00");
+}
+
+TEST(IncompleteLine, ANumberWhoseTotalsOverflowIsTakenBackAndTheTotalsAreAsBefore) {
+    BasketFixture basket;
+    basket.files.Put(BasketFixture::ArticlePath(),
+                     ArticleFile({{"4711", "Viel", "9e307"}, {"4712", "Auch viel", "9e307"}}));
+    basket.Link(L"4711");
+    const std::wstring total = basket.Total(column::kGesamtAts);
+    ASSERT_NE(total, L"");
+    basket.Link(L"");
+    basket.Click(2, column::kArtNr);
+    basket.view.Type(L"4712");
+    EXPECT_EQ(RaisedBy([&] { basket.Press(View::kReturn); }), 6);
+    EXPECT_EQ(basket.Cell(2, column::kArtNr), L"");
+    EXPECT_EQ(basket.Cell(2, column::kPreisAts), L"");
+    EXPECT_EQ(basket.Total(column::kGesamtAts), total);
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <functional>
 #include <string>
 
@@ -89,11 +90,29 @@ TEST_F(ArticleMasterTest, TheNextLookUpSeesAFilePutInPlaceOrWrittenIntoTheOldOne
     EXPECT_EQ(clock.now, milliseconds(0));
 }
 
+// A load opens the file once for all its lines, and afterwards others may put a new one in its
+// place.
+TEST(ArticleMasterOfABasket, IsOpenedOnceForALoadAndFreeWhenItIsOver) {
+    BasketFixture basket;
+    for (const char* lines : {"4711\t\tviele\r\n", "4711\t\t1\r\n4712\t\t2\r\n1000\t\t3\r\n"}) {
+        basket.files.Put(L"C:\\Basket\\a.bsk", lines);
+        basket.files.ClearOperations();
+        const bool fails = std::string(lines).find("viele") != std::string::npos;
+        EXPECT_EQ(RaisedBy([&] { basket.form.Load(L"C:\\Basket\\a.bsk"); }), fails ? -1 : 0);
+        EXPECT_EQ(std::ranges::count(basket.files.Operations(), "OpenShared"), 1);
+        EXPECT_EQ(basket.files.At(BasketFixture::ArticlePath()).open, 0);
+    }
+    basket.files.Put(BasketFixture::ArticlePath(), ArticleFile({{"4711", "Teurer", "200"}}));
+    basket.form.RefreshArtikel(1, -1);
+    EXPECT_EQ(basket.Cell(1, column::kPreisAts), L"200,00");
+}
+
 TEST_F(ArticleMasterTest, ALoadIsAnsweredFromOneFile) {
     master.BeginSeries();
     EXPECT_EQ(Price(L"4710"), L"100");
-    const std::string before = files.At(kPath).bytes;
+    files.ClearOperations();
     EXPECT_EQ(Price(), L"100");
+    EXPECT_TRUE(files.Operations().empty()) << "opened again";
     master.EndSeries();
     PutInPlace(Prices("120"));
     EXPECT_EQ(Price(), L"120");
