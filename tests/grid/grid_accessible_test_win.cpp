@@ -242,6 +242,13 @@ TEST_F(GridAccess, OutlivesTheWindowAndThenSaysSo) {
     EXPECT_EQ(acc->Release(), 1U) << "the window's own reference is gone";
 }
 
+TEST_F(GridAccess, IsDisconnectedAsSoonAsTheWindowIsGone) {
+    DestroyWindow(w->Handle());
+    BSTR text = nullptr;
+    EXPECT_EQ(acc->get_accName(Child(1), &text), CO_E_OBJNOTCONNECTED);
+    EXPECT_EQ(text, nullptr);
+}
+
 TEST_F(GridAccess, AHeldObjectKeepsTheModuleLock) {
     GridWindow other;
     auto lock = std::make_shared<int>(0);
@@ -269,6 +276,28 @@ TEST_F(GridAccess, AMovedCurrentCellIsTold) {
     w->Grid().SetRowSel(4);
     EXPECT_TRUE(heard.Hear(EVENT_OBJECT_SELECTIONWITHIN, w->Handle()));
     EXPECT_EQ(Name(id) + L": " + Value(id), L"ArtNr, Zeile 2: 471102");
+}
+
+TEST_F(GridAccess, TheCurrentCellIsToldWhenTheGridGetsTheFocus) {
+    SetFocus(w->Parent());
+    HeardEvents heard(EVENT_OBJECT_FOCUS, EVENT_OBJECT_SELECTIONWITHIN);
+    SetFocus(w->Handle());
+    EXPECT_TRUE(heard.Hear(EVENT_OBJECT_FOCUS, w->Handle(), Id(w->Grid().Row(), w->Grid().Col())));
+}
+
+// A link that is followed in the host moves the current cell, and the focus is the host's.
+TEST_F(GridAccess, WithTheFocusElsewhereAMovedCurrentCellIsNotTheFocus) {
+    const HWND host = CreateWindowExW(0, L"EDIT", L"", WS_POPUP | WS_VISIBLE, 0, 0, 50, 20, nullptr,
+                                      nullptr, nullptr, nullptr);
+    SetFocus(host);
+    ASSERT_EQ(GetFocus(), host);
+    PumpMessages();
+    HeardEvents heard(EVENT_OBJECT_FOCUS, EVENT_OBJECT_SELECTIONWITHIN);
+    w->Grid().SetRow(5);
+    const LONG id = Id(5, w->Grid().Col());
+    EXPECT_TRUE(heard.Hear(EVENT_OBJECT_SELECTION, w->Handle(), id));
+    EXPECT_EQ(heard.Count(EVENT_OBJECT_FOCUS, w->Handle(), id), 0);
+    DestroyWindow(host);
 }
 
 TEST_F(GridAccess, ACellsNewTextIsTold) {

@@ -145,6 +145,7 @@ TEST_P(WindowLoops, MenusOpenWithTheirAccessKeysAndWithFTen) {
         basket.PressAtOnce(keys);
         EXPECT_TRUE(PumpUntil([&] { return basket.Lines() == 0; })) << by_letter;
         EXPECT_TRUE(basket.host.commands.empty());
+        EXPECT_EQ(Seen(basket), std::vector<int>{}) << by_letter;
     }
 }
 
@@ -262,7 +263,9 @@ TEST_P(WindowLoops, WhatIsTypedInTheGridWhileTheEditorIsOpenGoesIntoTheText) {
     basket.Press(VK_BACK);
     EXPECT_EQ(basket.TextOf(basket.Text()), L"Vase@");
     SetFocus(basket.Child(child_id::kListe));
+    SendMessageW(basket.Text(), EM_SETSEL, 0, 1);
     basket.Press(VK_DELETE);
+    EXPECT_EQ(basket.TextOf(basket.Text()), L"ase@");
     EXPECT_EQ(GetFocus(), basket.Text());
 }
 
@@ -302,6 +305,8 @@ TEST(WindowLoop, PasteChangesNoTextWhileTheGridHasTheFocus) {
     SetForegroundWindow(basket.Handle());
     basket.Pump();
     SetFocus(basket.Child(child_id::kListe));
+    // where pasting would be seen: what is selected is what would be pasted
+    SendMessageW(basket.Text(), EM_SETSEL, 2, 2);
     basket.window->Form()->Run(Command::mnuEditEinfuegen);
     basket.Pump();
     EXPECT_EQ(basket.TextOf(basket.Text()), L"AB");

@@ -166,7 +166,10 @@ TEST(WindowScale, WhatIsBeingTypedComesAlong) {
     EXPECT_EQ(basket.Cell(1, column::kMenge), L"1");
     EXPECT_EQ(Told(ScaledWindow::Of(basket.Background())),
               Told(basket.CellOnScreen(1, column::kMenge)));
-    EXPECT_EQ(basket.FontHeight(basket.Text()), basket.FontHeight(basket.Child(child_id::kListe)));
+    for (const HWND control : {basket.Text(), basket.Child(child_id::kIPComboList),
+                               basket.Child(child_id::kStatusBar)}) {
+        EXPECT_EQ(basket.FontHeight(control), basket.FontHeight(basket.Child(child_id::kListe)));
+    }
     const RECT note = ScaledWindow::Of(basket.Child(child_id::kNote));
     const RECT bar = ScaledWindow::Of(basket.Child(child_id::kStatusBar));
     EXPECT_EQ(note.right, bar.right - GetSystemMetrics(SM_CXVSCROLL));
@@ -262,6 +265,33 @@ TEST(WindowScale, ALargerTextIsTakenOverAtOnce) {
     SendMessageW(basket.Handle(), WM_SETTINGCHANGE, SPI_SETNONCLIENTMETRICS, 0);
     basket.Pump();
     EXPECT_EQ(Looks(basket), looks);
+}
+
+// Controls hear of colours and settings from their window alone.
+std::vector<UINT> heard_by_control;
+
+LRESULT CALLBACK ListeningProcedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+    if (message == WM_SYSCOLORCHANGE || message == WM_SETTINGCHANGE) {
+        heard_by_control.push_back(message);
+    }
+    return DefWindowProcW(window, message, wparam, lparam);
+}
+
+TEST(WindowScale, TheControlsHearOfColoursAndSettings) {
+    ScaledWindow basket;
+    WNDCLASSW info{};
+    info.lpfnWndProc = &ListeningProcedure;
+    info.hInstance = GetModuleHandleW(nullptr);
+    info.lpszClassName = L"DemoVexTest.Control";
+    RegisterClassW(&info);
+    const HWND control = CreateWindowExW(0, info.lpszClassName, L"", WS_CHILD, 0, 0, 1, 1,
+                                         basket.Handle(), nullptr, info.hInstance, nullptr);
+    ASSERT_NE(control, nullptr);
+    heard_by_control.clear();
+    SendMessageW(basket.Handle(), WM_SYSCOLORCHANGE, 0, 0);
+    SendMessageW(basket.Handle(), WM_SETTINGCHANGE, 0, 0);
+    EXPECT_EQ(heard_by_control, (std::vector<UINT>{WM_SYSCOLORCHANGE, WM_SETTINGCHANGE}));
+    DestroyWindow(control);
 }
 
 TEST(WindowScale, AThemeThatChangesLaysTheWindowOutAnew) {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "basket/window/handles_win.h"
+#include "tests/support/import_table_win.h"
 #include "tests/support/test_basket_window_win.h"
 
 namespace demovex {
@@ -24,6 +25,38 @@ TEST(WindowSession, ABasketWithUnsavedChangesAsksTheSystemToWait) {
     EXPECT_TRUE(basket.window->Alive());
     EXPECT_EQ(basket.owner->closed, 0);
     EXPECT_TRUE(basket.window->Form()->Modified());
+}
+
+// What the system would show the user while it waits, by the window that it belongs to.
+std::vector<std::pair<HWND, std::wstring>> reasons_told;
+
+BOOL WINAPI CreateReason(HWND window, LPCWSTR reason) {
+    reasons_told.emplace_back(window, reason);
+    return TRUE;
+}
+BOOL WINAPI DestroyReason(HWND window) {
+    return std::erase_if(reasons_told, [&](const auto& told) { return told.first == window; }) > 0;
+}
+
+TEST(WindowSession, WhatWouldBeLostIsTheReasonToWaitUntilTheEndIsCancelled) {
+    decltype(&CreateReason) create = nullptr;
+    decltype(&DestroyReason) destroy = nullptr;
+    const CaughtImport created("ShutdownBlockReasonCreate", &CreateReason, &create);
+    const CaughtImport destroyed("ShutdownBlockReasonDestroy", &DestroyReason, &destroy);
+    ASSERT_TRUE(created.Caught() && destroyed.Caught());
+    reasons_told.clear();
+    SessionWindow basket;
+    EXPECT_TRUE(basket.Asked());
+    EXPECT_TRUE(reasons_told.empty());
+    basket.Link(L"4711");
+    EXPECT_TRUE(basket.Asked(static_cast<LPARAM>(ENDSESSION_CRITICAL)));
+    EXPECT_TRUE(reasons_told.empty());
+    EXPECT_FALSE(basket.Asked());
+    ASSERT_EQ(reasons_told.size(), 1u);
+    EXPECT_EQ(reasons_told[0].first, basket.Handle());
+    EXPECT_EQ(reasons_told[0].second, L"Der Warenkorb ist nicht gespeichert.");
+    basket.Ended(false);
+    EXPECT_TRUE(reasons_told.empty());
 }
 
 TEST(WindowSession, OneWithoutAgreesAndStaysOpen) {
