@@ -21,6 +21,14 @@ class Neighbours : public ComponentTest {
         return Path(L"Gast.dll");
     }
 
+    // So many lines in succession that the component maps the article master while it loads them.
+    std::wstring LongBasket() {
+        std::string lines;
+        for (int i = 0; i < 200; ++i) lines += i % 2 == 0 ? "1000\t\t1\r\n" : "2000\t\t1\r\n";
+        WriteBytes(Path(L"lang.bsk"), lines);
+        return Path(L"lang.bsk");
+    }
+
     // Calls that fail, each with an exception within: before the set-up, and of an unknown article.
     void FailIn(const ComPtr<IVEXClient>& client) {
         SetErrorInfo(0, nullptr);
@@ -155,6 +163,18 @@ struct Used {
     long addresses = AddressBytes();  // in KB
 };
 
+// Handlers for the faults of a mapped file are called through memory that this process keeps for
+// all copies of the component that come and go; it is named by an atom.
+int Gates() {
+    int gates = 0;
+    for (unsigned atom = 0xC000; atom <= 0xFFFF; ++atom) {
+        wchar_t name[64] = L"";
+        GetAtomNameW(static_cast<ATOM>(atom), name, 64);
+        if (std::wstring_view(name).starts_with(L"DemoVexClient.Gate1.")) ++gates;
+    }
+    return gates;
+}
+
 bool HasClass(HMODULE module, const wchar_t* name) {
     WNDCLASSEXW description{};
     description.cbSize = sizeof description;
@@ -190,7 +210,7 @@ TEST_F(Neighbours, LoadingAndUnloadingLosesNothing) {
 }
 
 TEST_F(Neighbours, LoadingAndUnloadingWithABasketEachTimeLosesNothing) {
-    const std::wstring copy = Copy();
+    const std::wstring copy = Copy(), file = LongBasket();
     int round = 0;
     const auto cycle = [&] {
         Guest guest(copy);
@@ -198,6 +218,7 @@ TEST_F(Neighbours, LoadingAndUnloadingWithABasketEachTimeLosesNothing) {
         {
             const auto client = guest.NewClient();
             ASSERT_EQ(client->Initialize(Parent()), S_OK);
+            ASSERT_EQ(client->OpenFile(Bstr(file).Get()), S_OK);
             ASSERT_EQ(Follow(client.Get(), L"1000"), S_OK);
             ASSERT_EQ(Follow(client.Get(), L"9999"), kTypeMismatch);
             SetErrorInfo(0, nullptr);
@@ -221,6 +242,7 @@ TEST_F(Neighbours, LoadingAndUnloadingWithABasketEachTimeLosesNothing) {
     EXPECT_EQ(after.handles, before.handles);
     EXPECT_LT(after.heap - before.heap, kRounds * 1024);
     EXPECT_LT(after.addresses - before.addresses, 512);
+    EXPECT_EQ(Gates(), 1) << "the file was never mapped, or each loading left memory of its own";
 }
 
 // A thread of the host's that used the component may end after it was unloaded, or before.
@@ -260,8 +282,32 @@ TEST_F(Neighbours, WhatWasKeptForOtherThreadsGoesWithTheComponent) {
     EXPECT_LT(after.heap - before.heap, 32 * 1024);
 }
 
-// While a basket is open the component looks at the exceptions of all threads: faults of its own
-// file may be among them. It must not go while another thread's is looked at.
+// A host's threads come and go while the component stays.
+TEST_F(Neighbours, ThreadsThatEndWhileTheComponentStaysLeaveNothing) {
+    const Guest guest(Copy());
+    const auto thread = [&] {
+        std::thread([&] {
+            OleInitialize(nullptr);
+            {
+                const auto client = guest.NewClient();
+                BSTR text = nullptr;
+                EXPECT_EQ(client->get_Caption(&text), kObjectNotSet);
+            }
+            SetErrorInfo(0, nullptr);
+            OleUninitialize();
+        }).join();
+    };
+    for (int i = 0; i < 50; ++i) thread();
+    const Used before;
+    for (int i = 0; i < 2000; ++i) thread();
+    const Used after;
+    EXPECT_EQ(after.tls, before.tls);
+    EXPECT_EQ(after.handles, before.handles);
+    EXPECT_LT(after.heap - before.heap, 16 * 1024);
+}
+
+// While the component reads its article master much it looks at the exceptions of all threads:
+// faults of that file may be among them. It must not go while another thread's is looked at.
 constexpr DWORD kOfTheHost = 0xE0000042;
 
 LONG CALLBACK GoOn(EXCEPTION_POINTERS* exception) {
@@ -270,7 +316,7 @@ LONG CALLBACK GoOn(EXCEPTION_POINTERS* exception) {
 }
 
 TEST_F(Neighbours, ExceptionsInOtherThreadsAreNoDangerToAComponentThatGoes) {
-    const std::wstring copy = Copy();
+    const std::wstring copy = Copy(), file = LongBasket();
     PVOID hosts = AddVectoredExceptionHandler(0, &GoOn);
     std::atomic<bool> over{false};
     std::atomic<long> raised{0};
@@ -288,7 +334,7 @@ TEST_F(Neighbours, ExceptionsInOtherThreadsAreNoDangerToAComponentThatGoes) {
         {
             const auto client = guest.NewClient();
             ASSERT_EQ(client->Initialize(Parent()), S_OK);
-            ASSERT_EQ(Follow(client.Get(), L"1000"), S_OK);
+            ASSERT_EQ(client->OpenFile(Bstr(file).Get()), S_OK);
             DestroyWindow(BasketWindows().at(0));
         }
         ASSERT_TRUE(guest.Unload());
@@ -297,6 +343,7 @@ TEST_F(Neighbours, ExceptionsInOtherThreadsAreNoDangerToAComponentThatGoes) {
     for (std::thread& thread : threads) thread.join();
     RemoveVectoredExceptionHandler(hosts);
     EXPECT_GT(raised, 100);
+    EXPECT_EQ(Gates(), 1) << "nothing was looked at";
 }
 
 }  // namespace
