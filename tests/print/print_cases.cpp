@@ -5,7 +5,8 @@
 //   print_cases default QUEUE                    makes it the default, whether or not it is there
 //   print_cases print LOG LINES [KIND]           prints a basket of LINES lines
 //
-// Kinds: plain, long (long descriptions), umlauts.
+// Kinds: plain, long (long descriptions), umlauts; given_up: the user cancels a dialog of the
+// printer's, as one that prints to a file shows.
 #include <windows.h>
 
 #include <winspool.h>
@@ -13,12 +14,14 @@
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 
 #include "basket/printing.h"
 #include "basket/rows/columns.h"
 #include "platform/printer_win.h"
+#include "tests/support/import_table_win.h"
 #include "tests/support/print_queue_win.h"
 #include "tests/support/sample_basket.h"
 
@@ -146,6 +149,11 @@ void LogPaper(std::FILE* log) {
     DeleteDC(dc);
 }
 
+int WINAPI GiveUp(HDC, const DOCINFOW*) {
+    SetLastError(ERROR_CANCELLED);
+    return 0;
+}
+
 int Print(const wchar_t* log_path, std::int32_t lines, std::wstring_view kind) {
     const Log log(_wfopen(log_path, L"wb"));
     if (!log) return Fail("log");
@@ -156,6 +164,10 @@ int Print(const wchar_t* log_path, std::int32_t lines, std::wstring_view kind) {
     LoggingPrinter printer(log.get());
     LoggingBox box(log.get());
     std::wstring status = L"vorher";
+    decltype(&GiveUp) real = nullptr;
+    std::optional<CaughtImport> given_up;
+    if (kind == L"given_up") given_up.emplace("StartDocW", &GiveUp, &real);
+    if (given_up && !given_up->Caught()) return Fail("StartDocW is not imported");
     int painted = 0;
     Printing printing(grid, printer, box,
                       {[] {}, [] { return std::wstring(L"Vexmart Demo Warenkorb 1.1 - Büro.bsk"); },

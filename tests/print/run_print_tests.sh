@@ -98,6 +98,16 @@ pdfinfo "$out/landscape.pdf" | grep -qE 'Page size: +842 x 595|Page rot: +(90|27
 run register Coarse "$(winpath "$data/coarse.ppd")" || fail "register Coarse"
 pages coarse 20 plain --frames
 
+# --- a user who gives up
+export DEMOVEX_PS=$out/given_up.ps
+run print "$(winpath "$out/given_up.log")" 3 given_up || fail "given_up: print"
+if grep -qx 'given up' "$out/given_up.log" && ! grep -q '^message' "$out/given_up.log" &&
+    grep -q '^end	vorher' "$out/given_up.log" && [ ! -s "$DEMOVEX_PS" ]; then
+  pass "a user who gives up in the printer's dialog sees no message"
+else
+  fail "given_up: $(cat "$out/given_up.log")"
+fi
+
 # --- failures
 run register Strip "$(winpath "$data/strip.ppd")" || fail "register Strip"
 refused page_too_low plain "${intro}Division by zero"
@@ -120,4 +130,4 @@ pdftoppm -r 64 -gray -png "$out/three_pages.pdf" "$out/three_pages" &&
   montage "$out"/three_pages-?.png -tile 3x1 -geometry +6+6 -background '#808080' \
     -colors 16 "$out/three_pages.png"
 echo "$passed checks passed, $failed failed"
-[ "$failed" = 0 ] && [ "$passed" -ge 17 ]
+[ "$failed" = 0 ] && [ "$passed" -ge 18 ]
