@@ -2,7 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <exception>
 #include <map>
+#include <new>
+#include <optional>
+#include <string>
 
 namespace demovex {
 namespace {
@@ -58,6 +62,44 @@ TEST(Errors, AnErrorOfOurOwnCarriesMinusOneAndSaysWhere) {
         EXPECT_EQ(error.description(), L"Größe fehlt");
         EXPECT_STREQ(error.what(), "error -1: Gr??e fehlt") << "for debuggers: plain characters";
     }
+}
+
+// What CurrentError makes of what `raise` throws; the texts are copied while they last.
+template <typename Raise>
+Error Caught(Raise raise) {
+    try {
+        raise();
+    } catch (...) {
+        const CaughtError error = CurrentError();
+        return {error.number, std::wstring(error.source), std::wstring(error.description)};
+    }
+    return {0, L"", L"nothing was raised"};
+}
+
+TEST(CurrentError, IsAnErrorAsItWasRaised) {
+    const Error error = Caught([] { RaiseOwnError(L"Somewhere", L"Größe fehlt"); });
+    EXPECT_EQ(error.number(), -1);
+    EXPECT_EQ(error.source(), L"Somewhere");
+    EXPECT_EQ(error.description(), L"Größe fehlt");
+}
+
+TEST(CurrentError, IsErrorSevenWhenMemoryRanOutAndFiveForAnythingElse) {
+    const Error memory = Caught([] { throw std::bad_alloc(); });
+    EXPECT_EQ(memory.number(), 7);
+    EXPECT_EQ(memory.description(), L"Out of memory");
+    for (const Error& other :
+         {Caught([] { throw 4711; }), Caught([] { throw std::exception(); })}) {
+        EXPECT_EQ(other.number(), 5);
+        EXPECT_EQ(other.source(), L"");
+        EXPECT_EQ(other.description(), L"Invalid procedure call or argument");
+    }
+}
+
+TEST(FailureOf, SaysWhatAnErrorOrMemoryThatRanOutSaysAndLetsAnythingElsePass) {
+    EXPECT_EQ(FailureOf([] {}), std::nullopt);
+    EXPECT_EQ(FailureOf([] { RaiseRuntimeError(61); }), L"Disk full");
+    EXPECT_EQ(FailureOf([] { throw std::bad_alloc(); }), L"Out of memory");
+    EXPECT_THROW(static_cast<void>(FailureOf([] { throw 4711; })), int);
 }
 
 }  // namespace

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <array>
+
 #include "base/error.h"
 #include "grid/flex_grid.h"
 #include "tests/support/grid_dump.h"
@@ -414,6 +416,19 @@ TEST(FlexGridLifetime, AHandlerMayDestroyTheGrid) {
     grid->Key(GridKey::kEnd, false, true);
     EXPECT_EQ(grid, nullptr);
     EXPECT_EQ(log.Take(), "RowColChange(499,1)");
+}
+
+TEST_F(FlexGridTest, TheSelectionRunsFromItsUpperLeftCellWhereverItsAnchorIs) {
+    for (const auto& [row, col, row_sel, col_sel] :
+         {std::array{2, 1, 4, 3}, {4, 3, 2, 1}, {2, 3, 4, 1}, {4, 1, 2, 3}}) {
+        grid.Select(row, col, row_sel, col_sel);
+        const GridRange selection = grid.Selection();
+        EXPECT_EQ(selection.first_row, 2);
+        EXPECT_EQ(selection.last_row, 4);
+        EXPECT_EQ(selection.first_col, 1);
+        EXPECT_EQ(selection.last_col, 3);
+        EXPECT_EQ(selection.Rows(), 3);
+    }
 }
 
 }  // namespace

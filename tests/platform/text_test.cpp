@@ -8,6 +8,15 @@
 namespace demovex {
 namespace {
 
+TEST(TryNumber, IsTheNumberOrNothingWhereReadingOneRaises) {
+    const FakeTextService text(FakeLocale::kGermany);
+    EXPECT_EQ(text.TryNumber(L"1.234,5"), 1234.5);
+    for (const wchar_t* refused : {L"", L"zwei", L"1e999"}) {
+        EXPECT_NE(RaisedBy([&] { text.ToNumber(refused); }), 0) << testing::PrintToString(refused);
+        EXPECT_EQ(text.TryNumber(refused), std::nullopt) << testing::PrintToString(refused);
+    }
+}
+
 TEST(LeadingNumber, TakesTheNumberThatLeads) {
     EXPECT_EQ(LeadingNumber(L"12"), 12);
     EXPECT_EQ(LeadingNumber(L"12 St\u00FCck"), 12);
