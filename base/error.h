@@ -62,7 +62,7 @@ class Error : public std::exception {
 
 // The standard description of a run-time error, in English; "Application-defined or object-defined
 // error" for a number that has none.
-std::wstring_view StandardDescription(std::int32_t number) noexcept;
+[[nodiscard]] std::wstring_view StandardDescription(std::int32_t number) noexcept;
 
 // What is told of an exception at an edge. The texts are those of the exception being handled, or
 // standing ones: they last until its handler ends.
@@ -73,7 +73,7 @@ struct CaughtError {
 };
 // The exception being handled: an Error as it is, memory that ran out as error 7, anything else as
 // error 5. Call it from a handler only.
-CaughtError CurrentError() noexcept;
+[[nodiscard]] CaughtError CurrentError() noexcept;
 
 // Runs `step` and says what went wrong, when that was an Error or memory that ran out; anything
 // else passes on.

@@ -22,8 +22,8 @@ struct TwipsRect {
     Twips top = 0;
     Twips width = 0;
     Twips height = 0;
-    Twips right() const { return left + width; }
-    Twips bottom() const { return top + height; }
+    [[nodiscard]] constexpr Twips right() const noexcept { return left + width; }
+    [[nodiscard]] constexpr Twips bottom() const noexcept { return top + height; }
     friend bool operator==(const TwipsRect&, const TwipsRect&) = default;
 };
 
@@ -33,25 +33,25 @@ struct PixelRect {
     int top = 0;
     int right = 0;
     int bottom = 0;
-    int width() const { return right - left; }
-    int height() const { return bottom - top; }
-    bool empty() const { return right <= left || bottom <= top; }
+    [[nodiscard]] constexpr int width() const noexcept { return right - left; }
+    [[nodiscard]] constexpr int height() const noexcept { return bottom - top; }
+    [[nodiscard]] constexpr bool empty() const noexcept { return right <= left || bottom <= top; }
     friend bool operator==(const PixelRect&, const PixelRect&) = default;
 };
 
 // Converts between twips and the pixels of a screen with `dpi` dots per inch.
 class Scale {
   public:
-    explicit constexpr Scale(int dpi = 96) : dpi_(dpi) {}
-    constexpr int dpi() const { return dpi_; }
+    explicit constexpr Scale(int dpi = 96) noexcept : dpi_(dpi) {}
+    [[nodiscard]] constexpr int dpi() const noexcept { return dpi_; }
     // Nearest pixel.
-    constexpr int ToPixels(Twips twips) const {
+    [[nodiscard]] constexpr int ToPixels(Twips twips) const noexcept {
         constexpr int kHalf = kTwipsPerInch / 2;
         const std::int64_t scaled = std::int64_t{twips} * dpi_;
         return static_cast<int>((scaled + (scaled >= 0 ? kHalf : -kHalf)) / kTwipsPerInch);
     }
     // Nearest twip; ToPixels(ToTwips(p)) is p for every dpi up to 1440.
-    constexpr Twips ToTwips(int pixels) const {
+    [[nodiscard]] constexpr Twips ToTwips(int pixels) const noexcept {
         const std::int64_t scaled = std::int64_t{pixels} * kTwipsPerInch;
         const int half = dpi_ / 2;
         return static_cast<Twips>((scaled + (scaled >= 0 ? half : -half)) / dpi_);

@@ -11,16 +11,16 @@
 namespace demovex {
 
 // Characters below U+0020, and U+007F.
-constexpr bool IsControl(wchar_t c) noexcept {
+[[nodiscard]] constexpr bool IsControl(wchar_t c) noexcept {
     return static_cast<unsigned long>(c) < 0x20 || c == 0x7F;
 }
 
-bool HasControls(std::wstring_view text) noexcept;
+[[nodiscard]] bool HasControls(std::wstring_view text) noexcept;
 
 // Makes every control character a blank.
 void BlankControls(std::wstring& text) noexcept;
 
 // The same of a copy.
-std::wstring OneLine(std::wstring_view text);
+[[nodiscard]] std::wstring OneLine(std::wstring_view text);
 
 }  // namespace demovex

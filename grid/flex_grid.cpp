@@ -177,7 +177,7 @@ void FlexGrid::Select(std::int32_t row, std::int32_t col, std::int32_t row_sel,
     Apply({row, col, row_sel, col_sel}, TopRow(), LeftCol());
 }
 
-GridRange FlexGrid::Selection() const {
+GridRange FlexGrid::Selection() const noexcept {
     const auto [first_row, last_row] = std::minmax({cursor_.row, cursor_.row_sel});
     const auto [first_col, last_col] = std::minmax({cursor_.col, cursor_.col_sel});
     return {first_row, last_row, first_col, last_col};

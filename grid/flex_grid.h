@@ -81,7 +81,7 @@ struct GridRange {
     std::int32_t last_row = 0;
     std::int32_t first_col = 0;
     std::int32_t last_col = 0;
-    std::int32_t Rows() const { return last_row - first_row + 1; }
+    [[nodiscard]] std::int32_t Rows() const noexcept { return last_row - first_row + 1; }
 };
 
 // What a control must do after a change. Called before the grid's events; the first three never
@@ -158,26 +158,26 @@ class FlexGrid final {
     void SetEvents(IFlexGridEvents* events) { events_ = events; }
     void SetDisplay(IFlexGridDisplay* display) { display_ = display; }
 
-    std::int32_t Rows() const { return rows_.Count(); }
-    std::int32_t Cols() const { return cols_.Count(); }
+    [[nodiscard]] std::int32_t Rows() const noexcept { return rows_.Count(); }
+    [[nodiscard]] std::int32_t Cols() const noexcept { return cols_.Count(); }
     void SetRows(std::int32_t rows);  // at least kFixedRows + 1
     void SetCols(std::int32_t cols);
 
     // Current cell (the anchor of the selection) and the selection's other corner.
-    std::int32_t Row() const { return cursor_.row; }
-    std::int32_t Col() const { return cursor_.col; }
-    std::int32_t RowSel() const { return cursor_.row_sel; }
-    std::int32_t ColSel() const { return cursor_.col_sel; }
+    [[nodiscard]] std::int32_t Row() const noexcept { return cursor_.row; }
+    [[nodiscard]] std::int32_t Col() const noexcept { return cursor_.col; }
+    [[nodiscard]] std::int32_t RowSel() const noexcept { return cursor_.row_sel; }
+    [[nodiscard]] std::int32_t ColSel() const noexcept { return cursor_.col_sel; }
     // Make (row, Col) or (Row, col) current and collapse the selection onto it.
     void SetRow(std::int32_t row);
     void SetCol(std::int32_t col);
-    GridRange Selection() const;
+    [[nodiscard]] GridRange Selection() const noexcept;
     // Extend the selection only.
     void SetRowSel(std::int32_t row);
     void SetColSel(std::int32_t col);
 
-    std::int32_t TopRow() const { return rows_.First(); }
-    std::int32_t LeftCol() const { return cols_.First(); }
+    [[nodiscard]] std::int32_t TopRow() const noexcept { return rows_.First(); }
+    [[nodiscard]] std::int32_t LeftCol() const noexcept { return cols_.First(); }
     void SetTopRow(std::int32_t row);
     void SetLeftCol(std::int32_t col);
 
@@ -204,9 +204,9 @@ class FlexGrid final {
     Twips RowHeight(std::int32_t row) const;
     void SetRowHeight(std::int32_t row, Twips height);
 
-    bool Redraw() const { return redraw_; }
+    [[nodiscard]] bool Redraw() const noexcept { return redraw_; }
     void SetRedraw(bool redraw);
-    FocusRectStyle FocusRect() const { return focus_rect_; }
+    [[nodiscard]] FocusRectStyle FocusRect() const noexcept { return focus_rect_; }
     void SetFocusRect(FocusRectStyle style);
 
     // The current cell, and where a row or column begins (scroll position counted in).

@@ -24,10 +24,10 @@ inline constexpr std::int32_t kCount = 10;
 }  // namespace column
 
 // The last order line, 0 when there is none, and the row below it.
-inline std::int32_t LastRow(const FlexGrid& grid) {
+[[nodiscard]] inline std::int32_t LastRow(const FlexGrid& grid) noexcept {
     return grid.Rows() - 2;
 }
-inline std::int32_t TotalsRow(const FlexGrid& grid) {
+[[nodiscard]] inline std::int32_t TotalsRow(const FlexGrid& grid) noexcept {
     return grid.Rows() - 1;
 }
 

@@ -61,9 +61,9 @@ class OrderTable {
 
     // --- places
     // 0 when the basket is empty.
-    std::int32_t LastRow() const { return demovex::LastRow(grid_); }
-    std::int32_t TotalsRow() const { return demovex::TotalsRow(grid_); }
-    GridRange Selection() const { return grid_.Selection(); }
+    [[nodiscard]] std::int32_t LastRow() const noexcept { return demovex::LastRow(grid_); }
+    [[nodiscard]] std::int32_t TotalsRow() const noexcept { return demovex::TotalsRow(grid_); }
+    [[nodiscard]] GridRange Selection() const noexcept { return grid_.Selection(); }
     // Whether the row has an article number; one without takes free text.
     bool IsArticleRow(std::int32_t row) const {
         return !grid_.TextMatrix(row, column::kArtNr).empty();
@@ -127,13 +127,15 @@ class OrderTable {
     void BeginLoading();
     void EndLoading() noexcept;
 
-    bool HasTotalsRow() const { return has_totals_row_; }
+    [[nodiscard]] bool HasTotalsRow() const noexcept { return has_totals_row_; }
     // Puts the totals row back below the last line, with right totals, when a load has taken it
     // away; whoever is about to change the basket or to write it calls this. Idle while loading.
     void RestoreTotalsRow();
 
     // How many amounts of counted rows do not read as numbers.
-    std::int64_t Unreadable() const { return sums_[0].unreadable + sums_[1].unreadable; }
+    [[nodiscard]] std::int64_t Unreadable() const noexcept {
+        return sums_[0].unreadable + sums_[1].unreadable;
+    }
     // Whether both amounts of `row` read as numbers.
     bool Reads(std::int32_t row) const;
 
