@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "client/guard_win.h"
+#include "platform/module_path_win.h"
 
 namespace demovex {
 
@@ -79,7 +80,7 @@ HRESULT Client::QueryInterface(REFIID iid, void** object) noexcept {
 // --- late binding
 
 ComPtr<ITypeInfo> Client::TypeInfo(const GUID& type) const {
-    const std::wstring path = ModulePath();
+    const std::wstring path = ModulePath(Module());
     ComPtr<ITypeLib> library;
     HRESULT result = LoadTypeLibEx(path.c_str(), REGKIND_NONE, library.Out());
     ComPtr<ITypeInfo> info;

@@ -7,12 +7,13 @@
 #include "base/error.h"
 #include "client/module_win.h"
 #include "client/registry_win.h"
+#include "platform/module_path_win.h"
 
 namespace demovex {
 
 HRESULT RegisterServer(InstallPlace place) noexcept {
     try {
-        const std::wstring dll = ModulePath();
+        const std::wstring dll = ModulePath(Module());
         if (place == InstallPlace::kMachineElseUser) {
             try {
                 RegistryClasses machine(RegistryClasses::Place::kMachine);

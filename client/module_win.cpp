@@ -2,8 +2,6 @@
 
 #include <atomic>
 
-#include "platform/module_path_win.h"
-
 namespace demovex {
 
 namespace {
@@ -17,13 +15,6 @@ void SetModule(HINSTANCE module) noexcept {
 }
 HINSTANCE Module() noexcept {
     return g_module;
-}
-
-std::wstring ModulePath() {
-    return ModulePath(g_module);
-}
-std::wstring ModuleFolder() {
-    return ModuleFolder(g_module);
 }
 
 void PinModule() noexcept {

@@ -1,19 +1,13 @@
-// The module: its handle, its folder, and the count of what keeps it loaded.
+// The module: its handle and the count of what keeps it loaded.
 #pragma once
 
 #include <windows.h>
-
-#include <string>
 
 namespace demovex {
 
 // Set once by the library's entry point, before anything else runs.
 void SetModule(HINSTANCE module) noexcept;
 HINSTANCE Module() noexcept;
-
-// Where it was loaded from (platform/module_path_win.h).
-std::wstring ModulePath();
-std::wstring ModuleFolder();
 
 // Keeps the module in memory even when its last user lets go of it without asking, as COM does when
 // a host is done with COM: windows and hooks run on our code until they have closed. Once is enough

@@ -19,8 +19,6 @@ namespace {
 
 constexpr int kIcon = 1;        // resource number
 constexpr int kFirstRows = 20;  // basket rows in view at first
-// Below the last row in view, so that the editor opens on it, too.
-constexpr Twips kRoomBelow = 90;
 
 UniqueIcon LoadPicture(HINSTANCE module, int width, int height) {
     return UniqueIcon(static_cast<HICON>(
@@ -171,7 +169,8 @@ void BasketWindowImpl::CreateControls() {
     hook_ = InstallKeyHook();
 }
 
-// Wide enough for all columns, high enough for twenty rows and the totals.
+// Wide enough for all columns, high enough for twenty rows, the totals and the margin below them
+// that the editor asks for.
 void BasketWindowImpl::SetFirstSize() {
     int columns = 0;
     for (const ColumnRow& column : kColumns) columns += scale_.ToPixels(column.width);
@@ -180,7 +179,7 @@ void BasketWindowImpl::SetFirstSize() {
     const int row = scale_.ToPixels(grid_->Grid().RowHeight(0));
     RECT rect{0, 0, columns + edges + MetricOf(window_, SM_CXVSCROLL),
               scale_.ToPixels(kToolbarHeight) + status_->Height() + edges + (kFirstRows + 2) * row +
-                  scale_.ToPixels(kRoomBelow)};
+                  scale_.ToPixels(kEdgeMargin)};
     GrowToWindow(window_, rect);
     SetWindowPos(window_, nullptr, 0, 0, rect.right - rect.left, rect.bottom - rect.top,
                  SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);

@@ -9,6 +9,7 @@
 #include "client/guard_win.h"
 #include "client/install_win.h"
 #include "client/module_win.h"
+#include "platform/module_path_win.h"
 #include "platform/sound_win.h"
 #include "platform/text_win.h"
 
@@ -26,7 +27,7 @@ std::shared_ptr<demovex::IBasketWindow> CreateBasketWindow(
 // What every Client works with, made anew for each.
 demovex::ClientParts RealParts() {
     return {std::make_shared<demovex::WinTextService>(), std::make_shared<demovex::WinSound>(),
-            demovex::ModuleFolder(), CreateBasketWindow};
+            demovex::ModuleFolder(demovex::Module()), CreateBasketWindow};
 }
 
 }  // namespace
