@@ -206,7 +206,7 @@ class Walk {
         if (which < 10) {
             const auto command = kRows[which % 5];
             Do(
-                "command " + Narrow(FindCommand(command).name), [&] { basket_.form.Run(command); },
+                "command " + Narrow(FindCommand(command).caption), [&] { basket_.form.Run(command); },
                 [&] { Mirror(command); });
         } else if (which == 10) {
             const auto bar = dice_.Below(2) == 0 ? Command::mnuAnsichtSymbolleiste
