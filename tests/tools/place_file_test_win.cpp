@@ -13,13 +13,19 @@ namespace {
 TEST(PlaceFile, ReplacesAMasterThatReadersHaveOpenAndMapped) {
     const TempFolder folder;
     const std::wstring path = folder.Put(L"artikel.db", std::string(5400, 'a'));
-    WinSharedReader reader(path, SharedReadPolicy());
-    ASSERT_EQ(reader.Read(100, 1), "a");
-    PlaceFile(ToUtf8(path), std::string(108, 'b'));
-    EXPECT_EQ(folder.Get(L"artikel.db"), std::string(108, 'b'));
+    {
+        WinSharedReader reader(path, SharedReadPolicy());
+        ASSERT_EQ(reader.Read(100, 1), "a");
+        PlaceFile(ToUtf8(path), std::string(108, 'b'));
+        EXPECT_EQ(folder.Get(L"artikel.db"), std::string(108, 'b'));
+        // who has the old one open goes on with it
+        EXPECT_EQ(reader.Read(5000, 1), "a");
+        // (it may still stand beside the new one, where the system keeps an open file's name)
+        EXPECT_LE(folder.Count(), 2);
+    }
+    PlaceFile(ToUtf8(path), std::string(54, 'c'));
+    EXPECT_EQ(folder.Get(L"artikel.db"), std::string(54, 'c'));
     EXPECT_EQ(folder.Count(), 1);
-    // who has the old one open goes on with it
-    EXPECT_EQ(reader.Read(5000, 1), "a");
 }
 
 TEST(PlaceFile, AReaderThatForbidsItKeepsTheFileAsItIs) {

@@ -75,14 +75,9 @@ DWORD TryReplace(const std::wstring& from, const std::wstring& to, const std::ws
         return 0;
     }
     const DWORD code = GetLastError();
-    // older systems do not replace an open file, but let it be renamed; where it cannot be deleted
-    // yet, the next run does that
+    // older systems do not replace an open file, but let it be renamed
     DeleteFileW(aside.c_str());
-    if (ReplaceFileW(to.c_str(), from.c_str(), aside.c_str(), 0, nullptr, nullptr)) {
-        DeleteFileW(aside.c_str());
-        return 0;
-    }
-    return code;
+    return ReplaceFileW(to.c_str(), from.c_str(), aside.c_str(), 0, nullptr, nullptr) ? 0 : code;
 }
 
 }  // namespace
@@ -135,10 +130,15 @@ void PlaceFile(const std::string& path, std::string_view bytes) {
     }
     if (failure == 0 && !FlushFileBuffers(file.get())) failure = GetLastError();
     file.reset();
+    const std::wstring aside = target + L".alt";
     const ULONGLONG begun = GetTickCount64();
     while (failure == 0) {
-        const DWORD code = TryReplace(temporary, target, target + L".alt");
-        if (code == 0) return;
+        const DWORD code = TryReplace(temporary, target, aside);
+        if (code == 0) {
+            // this run's, or an earlier one's; where a reader has it still, the next run does it
+            DeleteFileW(aside.c_str());
+            return;
+        }
         if (!IsOpenElsewhere(code) || GetTickCount64() - begun > kPatience) {
             failure = code;
         } else {
