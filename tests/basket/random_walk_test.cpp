@@ -206,8 +206,8 @@ class Walk {
         if (which < 10) {
             const auto command = kRows[which % 5];
             Do(
-                "command " + Narrow(FindCommand(command).caption), [&] { basket_.form.Run(command); },
-                [&] { Mirror(command); });
+                "command " + Narrow(FindCommand(command).caption),
+                [&] { basket_.form.Run(command); }, [&] { Mirror(command); });
         } else if (which == 10) {
             const auto bar = dice_.Below(2) == 0 ? Command::mnuAnsichtSymbolleiste
                                                  : Command::mnuAnsichtStatusleiste;
