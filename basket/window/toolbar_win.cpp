@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "basket/commands/commands.h"
+#include "basket/view.h"
 #include "basket/window/glyph_colours.h"
 #include "basket/window/ids.h"
 #include "platform/gdi_win.h"

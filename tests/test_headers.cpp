@@ -1,0 +1,1 @@
+// What all test programs include, precompiled (see CMakeLists.txt).
