@@ -1,6 +1,6 @@
 // Messages that mean nothing, or something else than they say: from another program of the same
 // user, and as commands of a menu that has no such item.
-#include "basket/commands.h"
+#include "basket/commands/commands.h"
 #include "tests/e2e/component_win.h"
 
 namespace demovex {
