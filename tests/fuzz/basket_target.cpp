@@ -170,7 +170,7 @@ void Basket(const std::uint8_t* data, std::size_t size) {
                                               FakeLocale::kUnitedStates};
     const std::size_t first_byte = size > 0 ? data[0] : 0;
     const std::size_t format = first_byte % 3;
-    const bool thorough = first_byte / 3 % 8 == 0;
+    const bool thorough = first_byte / 3 % 8 == 1;
     const std::size_t header = std::min<std::size_t>(size, 2);
     const std::size_t keys = std::min<std::size_t>(size - header, size > 1 ? data[1] % 32 : 0);
     Driver driver(kLocales[format], thorough);
