@@ -99,6 +99,8 @@ LRESULT BasketWindowImpl::OnMessage(UINT message, WPARAM wparam, LPARAM lparam) 
             if (OnCommand(wparam, lparam)) return 0;
             break;
         case WM_NOTIFY:
+            // it comes from a control of this thread, or its pointer is another program's
+            if (lparam == 0 || InSendMessage()) return 0;
             if (toolbar_ && toolbar_->OnNotify(reinterpret_cast<NMHDR*>(lparam))) return 0;
             break;
         case WM_INITMENUPOPUP:

@@ -2,7 +2,9 @@
 // the system's own. Nothing of them is believed, and the basket stays as it is.
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "basket/window/ids.h"
@@ -103,6 +105,24 @@ TEST(WindowNeighbours, APointerInAQuestionForKeysIsNotFollowed) {
             SendMessageW(window, WM_GETDLGCODE, key, 16);
         }
     }
+    ExpectWhole(basket, caption);
+}
+
+TEST(WindowNeighbours, APointerInANoticeThatNoControlOfOursGaveIsNotFollowed) {
+    BasketWindowFixture basket;
+    const std::wstring caption = CaptionOf(basket.Handle());
+    for (HWND window : OurWindows(basket.Handle())) SendMessageW(window, WM_NOTIFY, 0, 0);
+    // from another thread, as from another program that had it arrive
+    std::atomic<bool> done = false;
+    std::thread neighbour([&, windows = OurWindows(basket.Handle())] {
+        for (HWND window : windows) {
+            DWORD_PTR answer = 0;
+            SendMessageTimeoutW(window, WM_NOTIFY, 0, 16, SMTO_ABORTIFHUNG, 10'000, &answer);
+        }
+        done = true;
+    });
+    EXPECT_TRUE(PumpUntil([&] { return done.load(); }));
+    neighbour.join();
     ExpectWhole(basket, caption);
 }
 
