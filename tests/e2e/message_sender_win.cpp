@@ -124,7 +124,9 @@ int main(int argc, char** argv) {
                                                       : 0;
         if (random() % 2 == 0) {
             DWORD_PTR answer = 0;
-            SendMessageTimeoutW(window, message, wparam, lparam, SMTO_ABORTIFHUNG, 5000, &answer);
+            // as many items as the zeros are: the system carries them over before anybody sees them
+            SendMessageTimeoutW(window, message, lparam != 0 ? wparam % 1024 : wparam, lparam,
+                                SMTO_ABORTIFHUNG, 5000, &answer);
         } else {
             PostMessageW(window, message, wparam, lparam);
         }
