@@ -30,14 +30,14 @@ void Sending::mnuContextSendToOther_Click() {
 
 void Sending::AppendSelection(const std::wstring& Path) {
     editor_.CommitCellEdit();
-    const auto [first, last, first_col, last_col] = context_.table.Selection();
+    const GridRange chosen = context_.table.Selection();
     std::unique_ptr<IOutputFile> file;
     bool lossy = false;
     const auto failure = FailureOf([&] {
         ProgressScope progress(context_.view, L"Selektion wird gesendet");
         file = context_.services.files.OpenAppend(Path);
-        for (std::int32_t row = first; row <= last; ++row) {
-            progress.Step(row - first, last - first + 1);
+        for (std::int32_t row = chosen.first_row; row <= chosen.last_row; ++row) {
+            progress.Step(row - chosen.first_row, chosen.Rows());
             file->Write(Line(row, lossy));
         }
         file->Flush();
