@@ -96,7 +96,7 @@ bool LearnedOrder::LearnSingles() {
             };
             // 0 and 1 end a level
             if (byte(0) < 2 || byte(1) < 2) return false;
-            weights_[static_cast<std::size_t>(c)] =
+            weights_[static_cast<unsigned char>(c)] =
                 static_cast<std::uint16_t>(byte(0) << 8 | byte(1));
         }
     }

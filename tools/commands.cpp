@@ -98,23 +98,21 @@ CommandLine Read(const std::vector<std::string>& arguments) {
             line.separator = ReadSeparator(value());
         } else if (name == "--columns" && imports) {
             line.columns = ReadColumns(value());
-        } else if (equals != std::string::npos) {
-            throw UsageError("unknown option " + name);
-        } else if (name == "--") {
+        } else if (word == "--") {
             only_words = true;
-        } else if (name == "--help" || name == "-h") {
+        } else if (word == "--help" || word == "-h") {
             line.help = true;
-        } else if (name == "--version") {
+        } else if (word == "--version") {
             line.version = true;
-        } else if (name == "--quiet" || name == "-q") {
+        } else if (word == "--quiet" || word == "-q") {
             line.quiet = true;
-        } else if (name == "--progress") {
+        } else if (word == "--progress") {
             line.progress = true;
-        } else if (name == "--lenient" && imports) {
+        } else if (word == "--lenient" && imports) {
             line.lenient = true;
-        } else if (name == "--dry-run" && updates) {
+        } else if (word == "--dry-run" && updates) {
             line.dry_run = true;
-        } else if (name == "--summary" && updates) {
+        } else if (word == "--summary" && updates) {
             line.summary = true;
         } else {
             throw UsageError("unknown option " + name);
